@@ -1,0 +1,102 @@
+//
+// Decoder.h
+//
+// Library: FastInfoset
+// Package: Primitives
+// Module:  Decoder
+//
+// Reads the primitive wire forms, the document header and the initial vocabulary.
+//
+// Copyright (c) 2026, Korvo FastInfoset developers.
+//
+// SPDX-License-Identifier:	BSL-1.0
+//
+
+
+#ifndef FastInfoset_Decoder_INCLUDED
+#define FastInfoset_Decoder_INCLUDED
+
+
+#include "Korvo/FastInfoset/FastInfoset.h"
+#include "Korvo/FastInfoset/BitStreamReader.h"
+#include "Korvo/FastInfoset/QualifiedNameVocabulary.h"
+#include "Korvo/FastInfoset/Vocabulary.h"
+#include <string>
+
+
+namespace Korvo {
+namespace FastInfoset {
+
+
+class DocumentVocabulary;
+class FISDocumentHandler;
+
+
+class FastInfoset_API Decoder
+	/// Static functions that read the primitive wire forms of a document,
+	/// its header and its initial vocabulary. Truncated input throws
+	/// FISParseException; a value at a position where no form exists
+	/// throws FISEncodingException.
+{
+public:
+	struct OpenHeaderParts
+		/// The header flags that the parser still has to act on.
+	{
+		OpenHeaderParts():
+			hasNotations(false),
+			hasUnparsedEntities(false),
+			hasCharacterEncodingScheme(false),
+			standalone(false),
+			hasVersion(false)
+		{
+		}
+
+		bool hasNotations;
+		bool hasUnparsedEntities;
+		bool hasCharacterEncodingScheme;
+		bool standalone;
+		bool hasVersion;
+	};
+
+	static void integer(BitStreamReader& aReader, unsigned int& val);
+		/// Reads an index or small integer in the form that starts at the
+		/// reader's bit position.
+
+	static void nonEmptyStringLength(BitStreamReader& aReader, unsigned int& strLen);
+		/// Reads the length of a non-empty octet string at position 1, 4 or 6.
+
+	static void nonEmptyOctetString(BitStreamReader& aReader, std::string& str);
+		/// Reads a length and that many octets.
+
+	static void lengthOfSequence(BitStreamReader& aReader, unsigned int& len);
+		/// Reads the length of a sequence at an octet boundary.
+
+	static QualifiedNameEntry nameSurrogate(BitStreamReader& aReader);
+		/// Reads a name surrogate starting at position 6; absent indices are 0xFFFFFFFF.
+
+	static void skipAdditionalData(BitStreamReader& aReader);
+		/// Reads and discards the additional-data block.
+
+	static void documentPreHeader(BitStreamReader& aReader, std::string& xmlDeclaration);
+		/// Reads the optional XML declaration, the identification and the
+		/// version, leaving the reader at the header flags.
+
+	static OpenHeaderParts documentHeader(BitStreamReader& aReader, DocumentVocabulary& voc, FISDocumentHandler* pHandler);
+		/// Reads the header flags, the additional data and the initial
+		/// vocabulary (or resets voc when there is none).
+
+	static void parseInitialVocabulary(BitStreamReader& aReader, DocumentVocabulary& voc, FISDocumentHandler* pHandler);
+	static void handleExternalVocabulary(BitStreamReader& aReader, DocumentVocabulary& voc, FISDocumentHandler* pHandler);
+	static void handleRestrictedAlphabet(BitStreamReader& aReader, DocumentVocabulary& voc);
+	static void skipEncodingAlgos(BitStreamReader& aReader, DocumentVocabulary& voc);
+	static void handleVocabulary(BitStreamReader& aReader, Vocabulary<std::string>& voc);
+	static void handleEncodedCharacterStringVoc(BitStreamReader& aReader, Vocabulary<std::string>& voc, DocumentVocabulary& vocDocu);
+	static void encodedCharacterString(BitStreamReader& aReader, std::string& utf8String, DocumentVocabulary& voc);
+	static void handleNameSurrogatesVoc(BitStreamReader& aReader, Vocabulary<QualifiedNameEntry>& voc);
+};
+
+
+} } // namespace Korvo::FastInfoset
+
+
+#endif // FastInfoset_Decoder_INCLUDED

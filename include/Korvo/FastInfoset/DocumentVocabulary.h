@@ -1,0 +1,211 @@
+//
+// DocumentVocabulary.h
+//
+// Library: FastInfoset
+// Package: Vocabulary
+// Module:  DocumentVocabulary
+//
+// The complete set of indexed tables of one document.
+//
+// Copyright (c) 2026, Korvo FastInfoset developers.
+//
+// SPDX-License-Identifier:	BSL-1.0
+//
+
+
+#ifndef FastInfoset_DocumentVocabulary_INCLUDED
+#define FastInfoset_DocumentVocabulary_INCLUDED
+
+
+#include "Korvo/FastInfoset/FastInfoset.h"
+#include "Korvo/FastInfoset/Vocabulary.h"
+#include "Korvo/FastInfoset/QualifiedNameVocabulary.h"
+#include "Korvo/FastInfoset/DocumentRestrictedAlphabet.h"
+#include "Korvo/FastInfoset/EncodingAlgorithm.h"
+#include "Korvo/FastInfoset/DecodingAlgorithm.h"
+#include <string>
+#include <vector>
+
+
+namespace Korvo {
+namespace FastInfoset {
+
+
+class FastInfoset_API DocumentVocabulary
+	/// All tables that a document builds while it is written or read: eight
+	/// string tables, the element-name and attribute-name tables, the
+	/// restricted alphabets and the encoding and decoding algorithms. The
+	/// same object serves as an external vocabulary named by its URI.
+	///
+	/// A new vocabulary holds "xml" at PREFIX 1 and the XML namespace name at
+	/// NAMESPACE_NAME 1; index 0 of every table is a placeholder.
+{
+public:
+	enum ID
+	{
+		RESTRICTED_ALPHABET = 0,
+		ENCODING_ALGORITHM = 1,
+		PREFIX = 2,
+		NAMESPACE_NAME = 3,
+		LOCAL_NAME = 4,
+		OTHER_NCNAME = 5,
+		OTHER_URI = 6,
+		ATTRIBUTE_VALUE = 7,
+		OTHER_STRING = 8,
+		CHARACTER_CONTENT_CHUNK = 9,
+		ELEMENT_NAME = 10,
+		ATTRIBUTE_NAME = 11,
+		INVALID = 0xFFFFFFFF
+	};
+
+	enum VocabularyImpl
+	{
+		VOC_HASH = 0,
+			/// Fixed-size hash tables: fast look-ups both ways, bounded capacity.
+		VOC_MAP = 1,
+			/// Ordered maps: look-ups both ways, no capacity limit.
+		VOC_VECTOR = 2
+			/// Index-to-value only; for reading documents.
+	};
+
+	enum DontInitialize
+	{
+		DONT_INITIALIZE = 0
+	};
+
+	enum CharacterStringEncoding
+	{
+		UTF8 = 0,
+		UTF16 = 1,
+		RESTRICTEDALPHABET = 2,
+		ENCODINGALGORITHM = 3
+	};
+
+	explicit DocumentVocabulary(VocabularyImpl impl = VOC_HASH);
+		/// Creates a vocabulary with an empty URI and its predefined entries.
+
+	DocumentVocabulary(const std::string& uri, VocabularyImpl impl);
+		/// Creates an external vocabulary named uri.
+
+	explicit DocumentVocabulary(DontInitialize);
+		/// Creates a vocabulary without any tables.
+
+	DocumentVocabulary(const DocumentVocabulary& other);
+	DocumentVocabulary& operator = (const DocumentVocabulary& other);
+
+	~DocumentVocabulary();
+
+	void reset();
+		/// Returns every table to its freshly created state (same kind and URI).
+
+	void clear();
+		/// Deletes all tables.
+
+	DocumentVocabulary operator - (const DocumentVocabulary& doc) const;
+		/// What this vocabulary holds beyond doc, table by table, renumbered from 0.
+
+	Vocabulary<std::string>* vocabulary(ID voc) const;
+		/// The string table voc (PREFIX to CHARACTER_CONTENT_CHUNK).
+
+	void initialize(ID vocabulary, Vocabulary<std::string>* pVoc);
+		/// Replaces the string table vocabulary with pVoc, taking ownership.
+
+	Vocabulary<QualifiedNameEntry>* elementVocabulary() const;
+	Vocabulary<QualifiedNameEntry>* attributeVocabulary() const;
+
+	DocumentRestrictedAlphabet& restrictedAlphabets();
+	const DocumentRestrictedAlphabet& restrictedAlphabets() const;
+
+	EncodingAlgorithm& encodings();
+	const EncodingAlgorithm& encodings() const;
+
+	DecodingAlgorithm& decodings();
+	const DecodingAlgorithm& decodings() const;
+
+	const std::string& getURI() const;
+
+	VocabularyImpl impl() const;
+
+	unsigned int index(ID id, const std::string& value, bool& valueExisted);
+		/// Index of value in string table id, adding it when absent.
+
+	unsigned int exists(ID id, const std::string& value, bool& found) const;
+		/// Index of value in string table id, or 0xFFFFFFFF when absent.
+
+	const std::string& value(ID id, unsigned int index) const;
+		/// The string at index of table id.
+
+protected:
+	void init();
+	void copy(const DocumentVocabulary& voc);
+
+	template <template <class> class V>
+	void create();
+
+private:
+	VocabularyImpl                        _impl;
+	std::vector<Vocabulary<std::string>*> _vocabularies;
+	DocumentRestrictedAlphabet            _restrictedAlphabets;
+	EncodingAlgorithm                     _encodings;
+	DecodingAlgorithm                     _decodings;
+	Vocabulary<QualifiedNameEntry>*       _pElementVocabulary;
+	Vocabulary<QualifiedNameEntry>*       _pAttributeVocabulary;
+	std::string                           _uri;
+};
+
+
+//
+// inlines
+//
+inline DocumentRestrictedAlphabet& DocumentVocabulary::restrictedAlphabets()
+{
+	return _restrictedAlphabets;
+}
+
+
+inline const DocumentRestrictedAlphabet& DocumentVocabulary::restrictedAlphabets() const
+{
+	return _restrictedAlphabets;
+}
+
+
+inline EncodingAlgorithm& DocumentVocabulary::encodings()
+{
+	return _encodings;
+}
+
+
+inline const EncodingAlgorithm& DocumentVocabulary::encodings() const
+{
+	return _encodings;
+}
+
+
+inline DecodingAlgorithm& DocumentVocabulary::decodings()
+{
+	return _decodings;
+}
+
+
+inline const DecodingAlgorithm& DocumentVocabulary::decodings() const
+{
+	return _decodings;
+}
+
+
+inline const std::string& DocumentVocabulary::getURI() const
+{
+	return _uri;
+}
+
+
+inline DocumentVocabulary::VocabularyImpl DocumentVocabulary::impl() const
+{
+	return _impl;
+}
+
+
+} } // namespace Korvo::FastInfoset
+
+
+#endif // FastInfoset_DocumentVocabulary_INCLUDED

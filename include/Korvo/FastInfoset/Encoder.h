@@ -1,0 +1,67 @@
+//
+// Encoder.h
+//
+// Library: FastInfoset
+// Package: Primitives
+// Module:  Encoder
+//
+// Writes the primitive wire forms: integers, lengths and octet strings.
+//
+// Copyright (c) 2026, Korvo FastInfoset developers.
+//
+// SPDX-License-Identifier:	BSL-1.0
+//
+
+
+#ifndef FastInfoset_Encoder_INCLUDED
+#define FastInfoset_Encoder_INCLUDED
+
+
+#include "Korvo/FastInfoset/FastInfoset.h"
+#include "Korvo/FastInfoset/BitStreamWriter.h"
+#include <string>
+
+
+namespace Korvo {
+namespace FastInfoset {
+
+
+class FastInfoset_API Encoder
+	/// Static functions that write the primitive wire forms of a document.
+	/// The form is chosen by the writer's bit position; a value or position
+	/// that has no form throws FISEncodingException before any bit is written.
+{
+public:
+	static const unsigned int MAXINT20 = 1048576;
+		/// 2^20, the largest index.
+	static const unsigned short DOCUMENTSTART = 0xE000;
+		/// The identification octets E0 00.
+	static const unsigned short XMLDECLARATION = 0x3C3F;
+		/// The octets "<?" read as one big-endian 16-bit value.
+
+	static void integer(BitStreamWriter& aWriter, unsigned int val);
+		/// Writes an index or small integer (0 to 2^20) in the form that
+		/// starts at the writer's bit position (1, 2, 3, 4 or 6).
+
+	static void pad0ThenInteger(BitStreamWriter& aWriter, unsigned int val);
+		/// Writes one '0' bit followed by integer(val).
+
+	static void nonEmptyStringLength(BitStreamWriter& aWriter, unsigned int strLen);
+		/// Writes the length of a non-empty octet string at position 1, 4 or 6.
+
+	static void nonEmptyOctetString(BitStreamWriter& aWriter, const std::string& str);
+		/// Writes the length of str and its octets.
+
+	static void lengthOfSequence(BitStreamWriter& aWriter, unsigned int len);
+		/// Writes the length of a sequence at an octet boundary.
+
+	static void documentPreHeader(BitStreamWriter& aWriter, bool writeXMLDeclaration);
+		/// Writes the optional XML declaration, the identification, the
+		/// version and the '0' bit that precedes the header flags.
+};
+
+
+} } // namespace Korvo::FastInfoset
+
+
+#endif // FastInfoset_Encoder_INCLUDED

@@ -1,0 +1,16 @@
+#!/usr/bin/env bash
+# Sets everything up, then builds and runs the whole test suite twice:
+# a plain build, and one under AddressSanitizer + UndefinedBehaviorSanitizer.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+jobs=$(nproc)
+
+echo "== plain build"
+scripts/setup.sh build
+(cd build && ctest --output-on-failure -j "$jobs")
+
+echo "== sanitizer build (address, undefined)"
+scripts/setup.sh build-asan -DKORVO_SANITIZE=ON -DKORVO_BUILD_BENCH=OFF -DCMAKE_BUILD_TYPE=Debug
+export ASAN_OPTIONS=halt_on_error=1:detect_leaks=1
+export UBSAN_OPTIONS=halt_on_error=1:print_stacktrace=1
+(cd build-asan && ctest --output-on-failure -j "$jobs")
