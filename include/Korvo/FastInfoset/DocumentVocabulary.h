@@ -38,7 +38,11 @@ class FastInfoset_API DocumentVocabulary
 	/// same object serves as an external vocabulary named by its URI.
 	///
 	/// A new vocabulary holds "xml" at PREFIX 1 and the XML namespace name at
-	/// NAMESPACE_NAME 1; index 0 of every table is a placeholder.
+	/// NAMESPACE_NAME 1; index 0 of every table is a placeholder. With
+	/// VOC_HASH every table has a fixed capacity (PREFIX and NAMESPACE_NAME
+	/// 251, LOCAL_NAME, OTHER_NCNAME and ATTRIBUTE_VALUE 40009, OTHER_URI and
+	/// OTHER_STRING 19, CHARACTER_CONTENT_CHUNK 65521, element and attribute
+	/// names 10009 entries); one value more throws PoolOverflowException.
 {
 public:
 	enum ID
@@ -91,12 +95,19 @@ public:
 		/// Creates a vocabulary without any tables.
 
 	DocumentVocabulary(const DocumentVocabulary& other);
+		/// Copies every table, the restricted alphabets and the encoding
+		/// algorithms; the decoding algorithms are the built-in ones.
+
 	DocumentVocabulary& operator = (const DocumentVocabulary& other);
+		/// Copies as the copy constructor does, but keeps this object's
+		/// decoding algorithms.
 
 	~DocumentVocabulary();
 
 	void reset();
-		/// Returns every table to its freshly created state (same kind and URI).
+		/// Returns the tables and the restricted alphabets to their freshly
+		/// created state (same kind and URI). The encoding and decoding
+		/// algorithms, which an application registers, are kept.
 
 	void clear();
 		/// Deletes all tables.
@@ -105,10 +116,12 @@ public:
 		/// What this vocabulary holds beyond doc, table by table, renumbered from 0.
 
 	Vocabulary<std::string>* vocabulary(ID voc) const;
-		/// The string table voc (PREFIX to CHARACTER_CONTENT_CHUNK).
+		/// The string table voc (PREFIX to CHARACTER_CONTENT_CHUNK); null
+		/// when the vocabulary has no tables.
 
 	void initialize(ID vocabulary, Vocabulary<std::string>* pVoc);
-		/// Replaces the string table vocabulary with pVoc, taking ownership.
+		/// Replaces the string table vocabulary with pVoc, taking ownership
+		/// (also when the identifier is rejected).
 
 	Vocabulary<QualifiedNameEntry>* elementVocabulary() const;
 	Vocabulary<QualifiedNameEntry>* attributeVocabulary() const;
@@ -143,6 +156,9 @@ protected:
 	void create();
 
 private:
+	Vocabulary<std::string>& table(ID id) const;
+	void swap(DocumentVocabulary& other);
+
 	VocabularyImpl                        _impl;
 	std::vector<Vocabulary<std::string>*> _vocabularies;
 	DocumentRestrictedAlphabet            _restrictedAlphabets;
@@ -157,6 +173,53 @@ private:
 //
 // inlines
 //
+inline Vocabulary<std::string>* DocumentVocabulary::vocabulary(ID voc) const
+{
+	poco_assert (voc > DocumentVocabulary::ENCODING_ALGORITHM && voc < DocumentVocabulary::ELEMENT_NAME);
+	return voc < _vocabularies.size() ? _vocabularies[voc] : nullptr;
+}
+
+
+inline Vocabulary<std::string>& DocumentVocabulary::table(ID id) const
+{
+	Vocabulary<std::string>* pVoc = vocabulary(id);
+	poco_check_ptr (pVoc);
+	return *pVoc;
+}
+
+
+inline unsigned int DocumentVocabulary::index(ID id, const std::string& value, bool& valueExisted)
+{
+	return table(id).index(value, valueExisted);
+}
+
+
+inline unsigned int DocumentVocabulary::exists(ID id, const std::string& value, bool& found) const
+{
+	return table(id).exists(value, found);
+}
+
+
+inline const std::string& DocumentVocabulary::value(ID id, unsigned int index) const
+{
+	return table(id).value(index);
+}
+
+
+inline Vocabulary<QualifiedNameEntry>* DocumentVocabulary::elementVocabulary() const
+{
+	poco_assert (_pElementVocabulary);
+	return _pElementVocabulary;
+}
+
+
+inline Vocabulary<QualifiedNameEntry>* DocumentVocabulary::attributeVocabulary() const
+{
+	poco_assert (_pAttributeVocabulary);
+	return _pAttributeVocabulary;
+}
+
+
 inline DocumentRestrictedAlphabet& DocumentVocabulary::restrictedAlphabets()
 {
 	return _restrictedAlphabets;

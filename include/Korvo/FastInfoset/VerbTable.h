@@ -64,14 +64,15 @@ public:
 	}
 
 	void push_back(const T& value)
+		/// Appends value; it gets index size() - 1.
 	{
-		if (_chunks.empty() || _chunks.back()->size() == _chunks.back()->capacity())
+		std::size_t n = _chunks.size();
+		if (n == 0 || _chunks.back()->size() == chunkCapacity(n - 1))
 		{
-			std::size_t capacity = _chunks.empty() ? INITIAL_CHUNK_SIZE : 2*_chunks.back()->capacity();
 			std::vector<T>* pChunk = new std::vector<T>;
 			try
 			{
-				pChunk->reserve(capacity);
+				pChunk->reserve(chunkCapacity(n));
 				_chunks.push_back(pChunk);
 			}
 			catch (...)
@@ -84,26 +85,29 @@ public:
 	}
 
 	unsigned int size() const
+		/// Number of stored values.
 	{
 		if (_chunks.empty()) return 0;
-		// Every chunk but the last is full: 256 * (2^(n-1) - 1) values before the last.
+		// Every chunk but the last is full, so the last one starts at chunkStart(n - 1).
 		std::size_t n = _chunks.size();
-		return static_cast<unsigned int>(INITIAL_CHUNK_SIZE*((std::size_t(1) << (n - 1)) - 1) + _chunks.back()->size());
+		return static_cast<unsigned int>(chunkStart(n - 1) + _chunks.back()->size());
 	}
 
 	bool empty() const
 	{
-		return _chunks.empty();
+		return size() == 0;
 	}
 
 	const T& at(unsigned int idx) const
+		/// The value at idx; throws std::out_of_range "index out of range"
+		/// past the end.
 	{
 		// Chunk k starts at 256 * (2^k - 1): find it directly instead of walking.
 		unsigned int q = idx/INITIAL_CHUNK_SIZE + 1;
-		unsigned int k = 31 - static_cast<unsigned int>(__builtin_clz(q));
+		std::size_t k = 31 - static_cast<unsigned int>(__builtin_clz(q));
 		if (k < _chunks.size())
 		{
-			std::size_t offset = idx - INITIAL_CHUNK_SIZE*((std::size_t(1) << k) - 1);
+			std::size_t offset = idx - chunkStart(k);
 			const std::vector<T>& chunk = *_chunks[k];
 			if (offset < chunk.size()) return chunk[offset];
 		}
@@ -111,11 +115,35 @@ public:
 	}
 
 	const T& operator [] (unsigned int idx) const
+		/// Same as at().
 	{
 		return at(idx);
 	}
 
+	void pop_back()
+		/// Removes the last value, so that a table can undo an append it
+		/// could not complete. An emptied chunk is kept for the next value.
+	{
+		poco_assert (!empty());
+		if (_chunks.back()->empty())
+		{
+			delete _chunks.back();
+			_chunks.pop_back();
+		}
+		_chunks.back()->pop_back();
+	}
+
 private:
+	static std::size_t chunkCapacity(std::size_t k)
+	{
+		return std::size_t(INITIAL_CHUNK_SIZE) << k;
+	}
+
+	static std::size_t chunkStart(std::size_t k)
+	{
+		return chunkCapacity(k) - INITIAL_CHUNK_SIZE;
+	}
+
 	void append(const VerbTable& other)
 	{
 		try

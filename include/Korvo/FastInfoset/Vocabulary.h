@@ -19,6 +19,8 @@
 
 #include "Korvo/FastInfoset/FastInfoset.h"
 #include "Korvo/FastInfoset/VerbTable.h"
+#include <algorithm>
+#include <vector>
 
 
 namespace Korvo {
@@ -32,7 +34,8 @@ class Vocabulary
 	/// Tables only grow. Results of subtract() and clone() belong to the caller.
 {
 public:
-	static const unsigned int NOT_FOUND = 0xFFFFFFFF;
+	static constexpr unsigned int NOT_FOUND = 0xFFFFFFFF;
+		/// What exists() returns for an absent value.
 
 	virtual ~Vocabulary()
 	{
@@ -46,7 +49,8 @@ public:
 		/// Returns the index of value, or 0xFFFFFFFF (found false) when absent.
 
 	virtual const T& value(unsigned int idx) const = 0;
-		/// Returns the value at idx.
+		/// Returns the value at idx. The reference stays valid for the
+		/// life of the table.
 
 	virtual unsigned int size() const = 0;
 		/// Number of entries, the placeholder included.
@@ -61,7 +65,56 @@ public:
 		/// Returns a copy of this table.
 
 protected:
+	virtual bool hasValueLookup() const
+		/// False for a table whose exists() has to scan every entry.
+	{
+		return true;
+	}
+
+	void addMissing(Vocabulary& result, const Vocabulary& other) const
+		/// Adds to result, in index order, every value of this table that
+		/// other does not have.
+	{
+		unsigned int n = _index.size();
+		if (other.hasValueLookup())
+		{
+			for (unsigned int i = 0; i < n; ++i)
+			{
+				bool found;
+				other.exists(_index[i], found);
+				if (!found) add(result, _index[i]);
+			}
+		}
+		else
+		{
+			// Asking other would scan it once per value: sort its values once instead.
+			std::vector<const T*> sorted = other.sortedValues();
+			auto less = [](const T* pLeft, const T* pRight) { return *pLeft < *pRight; };
+			for (unsigned int i = 0; i < n; ++i)
+			{
+				if (!std::binary_search(sorted.begin(), sorted.end(), &_index[i], less)) add(result, _index[i]);
+			}
+		}
+	}
+
 	VerbTable<T> _index;
+
+private:
+	static void add(Vocabulary& result, const T& value)
+	{
+		bool existed;
+		result.index(value, existed);
+	}
+
+	std::vector<const T*> sortedValues() const
+	{
+		std::vector<const T*> values;
+		unsigned int n = _index.size();
+		values.reserve(n);
+		for (unsigned int i = 0; i < n; ++i) values.push_back(&_index[i]);
+		std::sort(values.begin(), values.end(), [](const T* pLeft, const T* pRight) { return *pLeft < *pRight; });
+		return values;
+	}
 };
 
 

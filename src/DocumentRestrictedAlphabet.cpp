@@ -1,0 +1,82 @@
+//
+// DocumentRestrictedAlphabet.cpp
+//
+// Library: FastInfoset
+// Package: Vocabulary
+// Module:  DocumentRestrictedAlphabet
+//
+// Copyright (c) 2026, Korvo FastInfoset developers.
+//
+// SPDX-License-Identifier:	BSL-1.0
+//
+
+
+#include "Korvo/FastInfoset/DocumentRestrictedAlphabet.h"
+
+
+namespace Korvo {
+namespace FastInfoset {
+
+
+namespace
+{
+	// Literals rather than the static strings, so that a list can be built
+	// while other translation units are still being initialised.
+	const char NUMERIC[] = "0123456789-+.e ";
+	const char DATE_TIME[] = "0123456789-:TZ ";
+
+	const int RESERVED_ALPHABETS = 13;
+		// Numbers 3 to 15.
+}
+
+
+const std::string DocumentRestrictedAlphabet::NUMERIC_CHARACTERS(NUMERIC);
+const std::string DocumentRestrictedAlphabet::DATE_TIME_CHARACTERS(DATE_TIME);
+
+
+DocumentRestrictedAlphabet::DocumentRestrictedAlphabet()
+{
+	_alphabets.reserve(15);
+	add(NUMERIC);
+	add(DATE_TIME);
+	for (int i = 0; i < RESERVED_ALPHABETS; ++i) addDummy();
+	poco_assert (_alphabets.size() == 15);
+}
+
+
+DocumentRestrictedAlphabet::DocumentRestrictedAlphabet(bool)
+{
+}
+
+
+unsigned int DocumentRestrictedAlphabet::add(const std::string& str)
+{
+	unsigned int position = static_cast<unsigned int>(_alphabets.size());
+	_alphabets.push_back(RestrictedAlphabet(str));
+	return position;
+}
+
+
+void DocumentRestrictedAlphabet::addDummy()
+{
+	_alphabets.push_back(RestrictedAlphabet());
+}
+
+
+const RestrictedAlphabet& DocumentRestrictedAlphabet::alphabet(unsigned int vocabulary) const
+{
+	poco_assert (vocabulary > 0 && vocabulary <= _alphabets.size());
+	return _alphabets[vocabulary - 1];
+}
+
+
+DocumentRestrictedAlphabet DocumentRestrictedAlphabet::operator - (const DocumentRestrictedAlphabet& other) const
+{
+	poco_assert (other.alphabets().size() <= _alphabets.size());
+	DocumentRestrictedAlphabet difference(true);
+	difference._alphabets.assign(_alphabets.begin() + other.alphabets().size(), _alphabets.end());
+	return difference;
+}
+
+
+} } // namespace Korvo::FastInfoset
