@@ -1,0 +1,290 @@
+//
+// FastInfosetParser.h
+//
+// Library: FastInfoset
+// Package: Parser
+// Module:  FastInfosetParser
+//
+// The SAX2 reader of Fast Infoset documents.
+//
+// Copyright (c) 2026, Korvo FastInfoset developers.
+//
+// SPDX-License-Identifier:	BSL-1.0
+//
+
+
+#ifndef FastInfoset_FastInfosetParser_INCLUDED
+#define FastInfoset_FastInfosetParser_INCLUDED
+
+
+#include "Korvo/FastInfoset/FastInfoset.h"
+#include "Korvo/FastInfoset/BitStreamReader.h"
+#include "Korvo/FastInfoset/Decoder.h"
+#include "Korvo/FastInfoset/DocumentVocabulary.h"
+#include "Korvo/FastInfoset/Encoding.h"
+#include "Korvo/FastInfoset/QualifiedNameVocabulary.h"
+#include "Korvo/FastInfoset/Vocabulary.h"
+#include "Poco/SAX/XMLReader.h"
+#include "Poco/SAX/AttributesImpl.h"
+#include <cstddef>
+#include <string>
+#include <vector>
+
+
+namespace Poco {
+namespace XML {
+	class XMLWriter;
+} }
+
+
+namespace Korvo {
+namespace FastInfoset {
+
+
+class FastInfosetWriter;
+class FISContentHandler;
+class FISDocumentHandler;
+class NullRefEncoding;
+
+
+class FastInfoset_API FastInfosetParser: public Korvo::XML::XMLReader
+	/// Reads a Fast Infoset document and reports it as SAX2 events, so that
+	/// code written for any XMLReader can read Fast Infoset unchanged.
+	///
+	/// Content, DTD and lexical handlers receive the usual events. A content
+	/// handler that is a FISContentHandler receives the values that the
+	/// document stores with an encoding algorithm as typed calls; any other
+	/// content handler receives them as text. Handlers are borrowed and must
+	/// outlive the parse. Faults end the parse with an exception (FISException
+	/// and its subclasses, or an assertion where the format leaves no other
+	/// reading); nothing is reported to the error handler.
+	///
+	/// Namespace processing cannot be switched off. Namespace declarations
+	/// arrive as startPrefixMapping/endPrefixMapping and never in the
+	/// attribute list. When the namespace-prefixes feature is on (the
+	/// default), startElement and endElement receive "prefix:local" as
+	/// qualified name for a prefixed element and an empty qualified name
+	/// otherwise; attributes never carry a qualified name or a type.
+	///
+	/// The endPrefixMapping calls after an element's endElement report the
+	/// declarations of the last element that began inside it (or its own,
+	/// when it has no element children): the parser keeps one list of
+	/// namespace declarations, which every element replaces.
+	///
+	/// Elements are walked with a stack of open elements on the heap, so
+	/// the depth of a document is limited by memory, not by the machine
+	/// stack.
+	///
+	/// One parser parses one document at a time and may parse any number
+	/// of documents one after another. Each document starts from fresh
+	/// tables (or from its own initial vocabulary); vocabulary() shows the
+	/// tables as the last document left them.
+{
+public:
+	struct ResolvedQualName
+		/// A qualified name as pointers to its three strings, which live in
+		/// the vocabulary tables (or are EMPTY_STRING).
+	{
+		ResolvedQualName():
+			pPrefix(0),
+			pUri(0),
+			pLocalName(0)
+		{
+		}
+
+		const std::string* pPrefix;
+		const std::string* pUri;
+		const std::string* pLocalName;
+	};
+
+	static const Korvo::XML::XMLString EMPTY_STRING;
+		/// The empty string; absent names and identifiers refer to it.
+
+	static const Korvo::XML::XMLString XMLNS;
+		/// "xmlns".
+
+	explicit FastInfosetParser(DocumentVocabulary::VocabularyImpl impl = DocumentVocabulary::VOC_MAP);
+		/// Creates a parser whose tables are of the kind impl.
+		///
+		/// The default, VOC_MAP, has no capacity limit (the fixed hash tables
+		/// of VOC_HASH refuse documents with many distinct strings of one
+		/// kind) and, unlike VOC_VECTOR, can be handed to a FastInfosetWriter
+		/// that a parser feeds through its document handler. VOC_VECTOR is
+		/// the cheapest choice when no writer takes the vocabulary.
+
+	explicit FastInfosetParser(const DocumentVocabulary& vocabulary);
+		/// Creates a parser with a copy of vocabulary (kind, URI and contents).
+		/// A document that names the vocabulary's URI as its external
+		/// vocabulary is read against the contents; any other document resets
+		/// the tables when its header is read.
+
+	~FastInfosetParser();
+
+	void initialize(FastInfosetWriter* pWriter);
+		/// Registers pWriter as content, document, DTD and lexical handler,
+		/// so that the parsed document is re-encoded with its typed content
+		/// and its vocabulary. A null writer changes nothing.
+
+	void initialize(Korvo::XML::XMLWriter* pWriter);
+		/// Registers pWriter as content, DTD and lexical handler; a writer
+		/// that is in fact a FastInfosetWriter becomes the document handler
+		/// too, any other clears it. A null writer changes nothing.
+
+	void setDocumentHandler(FISDocumentHandler* pDocumentHandler);
+		/// Sets the handler that learns the XML declaration flag, the external
+		/// vocabulary and the vocabulary of each document, before startDocument.
+		/// A document that names an external vocabulary needs one.
+
+	FISDocumentHandler* getDocumentHandler() const;
+
+	const DocumentVocabulary& vocabulary() const;
+		/// The tables as the last document (or the constructor) left them.
+
+	Vocabulary<QualifiedNameEntry>& getQNameVocabulary(bool inElement);
+		/// The element-name table when inElement is true, else the attribute-name table.
+
+	// XMLReader
+	void setEntityResolver(Korvo::XML::EntityResolver* pResolver);
+		/// Stored and returned only; the parser resolves nothing through it.
+
+	Korvo::XML::EntityResolver* getEntityResolver() const;
+
+	void setDTDHandler(Korvo::XML::DTDHandler* pDTDHandler);
+		/// Receives notationDecl and unparsedEntityDecl.
+
+	Korvo::XML::DTDHandler* getDTDHandler() const;
+
+	void setContentHandler(Korvo::XML::ContentHandler* pContentHandler);
+		/// Also decides how typed content is delivered: as typed calls when
+		/// pContentHandler is a FISContentHandler, as characters otherwise.
+
+	Korvo::XML::ContentHandler* getContentHandler() const;
+
+	void setErrorHandler(Korvo::XML::ErrorHandler* pErrorHandler);
+		/// Stored and returned only; faults are thrown, never reported to it.
+
+	Korvo::XML::ErrorHandler* getErrorHandler() const;
+
+	void setFeature(const Korvo::XML::XMLString& featureId, bool state);
+		/// FEATURE_NAMESPACES accepts true only (false throws
+		/// SAXNotSupportedException); FEATURE_NAMESPACE_PREFIXES is stored;
+		/// any other feature throws SAXNotRecognizedException.
+
+	bool getFeature(const Korvo::XML::XMLString& featureId) const;
+		/// FEATURE_NAMESPACES is always true; FEATURE_NAMESPACE_PREFIXES
+		/// is initially true; any other throws SAXNotRecognizedException.
+
+	void setProperty(const Korvo::XML::XMLString& propertyId, const Korvo::XML::XMLString& value);
+		/// Throws SAXNotSupportedException for the handler properties, which
+		/// take no string, and SAXNotRecognizedException for any other.
+
+	void setProperty(const Korvo::XML::XMLString& propertyId, void* value);
+		/// Sets the declaration handler (PROPERTY_DECLARATION_HANDLER, a
+		/// DeclHandler*) or the lexical handler (PROPERTY_LEXICAL_HANDLER, a
+		/// LexicalHandler*); any other property throws SAXNotRecognizedException.
+
+	void* getProperty(const Korvo::XML::XMLString& propertyId) const;
+
+	void parse(Korvo::XML::InputSource* pSource);
+		/// Parses from the source's byte stream, else from its character
+		/// stream, else from its system identifier.
+
+	void parse(const Korvo::XML::XMLString& systemId);
+		/// Opens systemId with the toolkit's default entity resolver and
+		/// parses it. Throws FISParseException "Cannot resolve system
+		/// identifier" when the resolver returns no source.
+
+	void parseMemoryNP(const char* xml, std::size_t size);
+		/// Parses the document in the memory block, which is not copied.
+
+protected:
+	void parseDocument(BitStreamReader& aReader);
+		/// Header, declarations and children of one document.
+
+	// Document and element structure
+	void parseDocumentChildren(BitStreamReader& aReader, const Decoder::OpenHeaderParts& parts);
+	void parseElementChildren(BitStreamReader& aReader);
+	bool parseElementChild(BitStreamReader& aReader);
+	void parseElement(BitStreamReader& aReader);
+	void parseElementEnd(BitStreamReader& aReader);
+	void parseNamespaceAttribute(BitStreamReader& aReader, Korvo::XML::AttributesImpl& attrs);
+	void parseAttribute(BitStreamReader& aReader, Korvo::XML::AttributesImpl& attrs);
+	void parseQualifiedNameOrIndex(BitStreamReader& aReader, ResolvedQualName& qualName, bool isElement);
+	const QualifiedNameEntry& getQualifiedNameEntry(unsigned idx, bool isElement);
+
+	// Strings, names and character content
+	const std::string& parseIdentifyingStringOrIndex(BitStreamReader& aReader, DocumentVocabulary::ID id, unsigned& index);
+	const std::string& parseIdentifyingStringOrIndex(BitStreamReader& aReader, DocumentVocabulary::ID id);
+	const std::string& parseCondIdentifyingStringOrIndex(BitStreamReader& aReader, bool retData, DocumentVocabulary::ID id);
+	Korvo::AutoPtr<Encoding> parseNonIdentifyingStringOrIndex(BitStreamReader& aReader, DocumentVocabulary::ID id);
+	const std::string& parseNonIdentifyingStringOrIndexXML(BitStreamReader& aReader, DocumentVocabulary::ID id, unsigned& type);
+	Korvo::AutoPtr<Encoding> parseEncodedCharacterString(BitStreamReader& aReader);
+	const std::string& parseEncodedCharacterStringXML(BitStreamReader& aReader, unsigned& type);
+	void parseCharacterChunk(BitStreamReader& aReader);
+
+	// DTD, notations, entities, comments and processing instructions
+	void parseNotation(BitStreamReader& aReader);
+	void parseUnparsedEntity(BitStreamReader& aReader);
+	void parseDocumentTypeDeclaration(BitStreamReader& aReader);
+	void parseProcessingInstruction(BitStreamReader& aReader);
+	void parseComment(BitStreamReader& aReader);
+	void parseUnexpandedEntityReference(BitStreamReader& aReader);
+
+private:
+	FastInfosetParser(const FastInfosetParser&);
+	FastInfosetParser& operator = (const FastInfosetParser&);
+
+	void reserveBuffers();
+	const std::string& tableString(DocumentVocabulary::ID id, unsigned index) const;
+	const std::string& nameString(DocumentVocabulary::ID id, unsigned index) const;
+	void resolve(const QualifiedNameEntry& entry, ResolvedQualName& qualName) const;
+	const Korvo::XML::XMLString& qualifiedName(const ResolvedQualName& qualName);
+	Korvo::AutoPtr<Encoding> decodeAlgorithm(BitStreamReader& aReader, unsigned index);
+	void deliver(const Encoding& value);
+
+	Korvo::XML::EntityResolver*  _pEntityResolver;
+	Korvo::XML::DTDHandler*      _pDTDHandler;
+	Korvo::XML::ContentHandler*  _pContentHandler;
+	Korvo::XML::ErrorHandler*    _pErrorHandler;
+	Korvo::XML::DeclHandler*     _pDeclHandler;
+	Korvo::XML::LexicalHandler*  _pLexicalHandler;
+	FISDocumentHandler*          _pDocumentHandler;
+	FISContentHandler*           _pFISContentHandler;
+	bool                         _namespacePrefixes;
+	DocumentVocabulary           _vocabulary;
+	Korvo::XML::AttributesImpl   _attributes;
+	Korvo::XML::AttributesImpl   _namespaceAttributes;
+	std::string                  _octetBuffer;
+		/// Raw octets of a UTF-8, UTF-16 or restricted-alphabet string.
+	std::string                  _textBuffer;
+		/// Decoded UTF-16 and restricted-alphabet text.
+	std::string                  _literalBuffer;
+		/// Literal identifying strings and the XML declaration.
+	Korvo::XML::XMLString        _qualifiedName;
+	Korvo::AutoPtr<Encoding>     _pNullEncoding;
+	Korvo::AutoPtr<NullRefEncoding> _pNullRefEncoding;
+	Korvo::AutoPtr<Encoding>     _pAlgorithmValue;
+		/// Keeps the last algorithm value alive while its text is in use.
+	std::vector<ResolvedQualName> _openElements;
+};
+
+
+//
+// inlines
+//
+inline FISDocumentHandler* FastInfosetParser::getDocumentHandler() const
+{
+	return _pDocumentHandler;
+}
+
+
+inline const DocumentVocabulary& FastInfosetParser::vocabulary() const
+{
+	return _vocabulary;
+}
+
+
+} } // namespace Korvo::FastInfoset
+
+
+#endif // FastInfoset_FastInfosetParser_INCLUDED
