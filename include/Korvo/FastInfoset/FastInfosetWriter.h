@@ -1,0 +1,354 @@
+//
+// FastInfosetWriter.h
+//
+// Library: FastInfoset
+// Package: Serializer
+// Module:  FastInfosetWriter
+//
+// A SAX2 handler that writes one Fast Infoset document onto an output stream.
+//
+// Copyright (c) 2026, Korvo FastInfoset developers.
+//
+// SPDX-License-Identifier:	BSL-1.0
+//
+
+
+#ifndef FastInfoset_FastInfosetWriter_INCLUDED
+#define FastInfoset_FastInfosetWriter_INCLUDED
+
+
+#include "Korvo/FastInfoset/FastInfoset.h"
+#include "Korvo/FastInfoset/FISContentHandler.h"
+#include "Korvo/FastInfoset/FISDocumentHandler.h"
+#include "Korvo/FastInfoset/BitStreamWriter.h"
+#include "Korvo/FastInfoset/DocumentVocabulary.h"
+#include "Korvo/FastInfoset/EncodingAlgorithm.h"
+#include "Korvo/FastInfoset/Encoding.h"
+#include "Korvo/FastInfoset/Notation.h"
+#include "Korvo/FastInfoset/UnparsedEntity.h"
+#include "Korvo/FastInfoset/QualifiedNameVocabulary.h"
+#include "Korvo/FastInfoset/Vocabulary.h"
+#include "Poco/SAX/LexicalHandler.h"
+#include "Poco/SAX/DTDHandler.h"
+#include "Poco/SAX/NamespaceSupport.h"
+#include "Poco/SAX/AttributesImpl.h"
+#include <ostream>
+#include <string>
+#include <vector>
+
+
+namespace Korvo {
+namespace FastInfoset {
+
+
+class FastInfoset_API FastInfosetWriter: public FISContentHandler, public Korvo::XML::LexicalHandler, public Korvo::XML::DTDHandler, public FISDocumentHandler
+	/// Writes the SAX2 events it receives as one Fast Infoset document.
+	///
+	/// Register one writer for content, lexical, DTD and document events.
+	/// Names are added to the document vocabulary the first time they are
+	/// written and written as indices afterwards; attribute values, character
+	/// chunks, comments and processing-instruction data are indexed the same
+	/// way when they are no longer than the maximum indexed string length.
+	/// Typed values (binaryData, encodedData) are gathered, consecutive
+	/// values of one kind into one array, and written at the next structural
+	/// event.
+	///
+	/// Notations and unparsed entities go into the document header and must
+	/// therefore be declared before startDocument(); so must every setting.
+	///
+	/// The stream is borrowed and must outlive the writer. A failing stream
+	/// throws IOException. Sequencing faults throw FISException (misnested
+	/// calls) or FISEncodingException (an item at an impossible position).
+{
+public:
+	enum State
+		/// What the writer is inside of; the top of a stack of states.
+	{
+		UNINITIALIZED = 0,
+		IN_DOCUMENT = 1,
+		IN_ELEMENT = 2,
+		IN_CDATA = 3,
+		IN_DTD = 4
+	};
+
+	explicit FastInfosetWriter(std::ostream& ostr);
+		/// Creates a writer without XML declaration and with a VOC_HASH vocabulary.
+
+	FastInfosetWriter(std::ostream& ostr, bool writeXMLDeclaration, DocumentVocabulary::VocabularyImpl impl);
+		/// Creates a writer whose vocabulary tables are of the kind impl.
+		/// Throws InvalidArgumentException for VOC_VECTOR, whose tables cannot
+		/// find a value's index.
+
+	FastInfosetWriter(std::ostream& ostr, bool writeXMLDeclaration, const DocumentVocabulary& voc);
+		/// Creates a writer that starts from a copy of voc. The entries voc
+		/// adds to a fresh vocabulary are announced in the document header.
+		/// Throws InvalidArgumentException for a VOC_VECTOR vocabulary.
+
+	~FastInfosetWriter();
+		/// Writes nothing more; a document not yet ended stays incomplete.
+
+	// Configuration, before startDocument()
+	void setMaxIndexedStringLength(int length);
+		/// Strings up to length octets are indexed (default 16); a negative
+		/// length indexes every string.
+
+	int getMaxIndexedStringLength() const;
+
+	void setWriteXMLDeclaration(bool val);
+		/// Whether the document starts with "<?xml encoding='finf'?>".
+
+	bool getWriteXMLDeclaration() const;
+
+	void setDocumentVocabulary(const DocumentVocabulary& voc);
+		/// Starts from a copy of voc. Throws InvalidArgumentException, and
+		/// keeps the current vocabulary, for a VOC_VECTOR vocabulary.
+
+	DocumentVocabulary& getDocumentVocabulary();
+	const DocumentVocabulary& getDocumentVocabulary() const;
+		/// The tables the writer indexes into.
+
+	void setExternalVocabulary(const Korvo::XML::XMLString& uri, const DocumentVocabulary& voc);
+		/// The document names the external vocabulary uri, whose content is
+		/// voc; the header then announces only what the document vocabulary
+		/// holds beyond voc.
+
+	const std::string& getExternalVocabularyURI() const;
+		/// Empty when no external vocabulary is set.
+
+	Vocabulary<QualifiedNameEntry>& getQNameVocabulary(bool inElement);
+		/// The element-name table when inElement is true, else the attribute-name table.
+
+	// ContentHandler
+	void setDocumentLocator(const Korvo::XML::Locator* loc);
+		/// Ignored.
+
+	void startDocument();
+		/// Writes the document header, with the initial vocabulary, notations
+		/// and unparsed entities when there are any.
+
+	void endDocument();
+		/// Writes the document's terminator and flushes the stream.
+
+	void startElement(const Korvo::XML::XMLString& namespaceURI, const Korvo::XML::XMLString& localName, const Korvo::XML::XMLString& qname, const Korvo::XML::Attributes& attributes);
+		/// Writes the head of an element. A namespace URI that no prefix is
+		/// mapped to gets a generated prefix (ns1, ns2, ...). Throws
+		/// FISException "Tag mismatch" when no name can be made of the arguments.
+
+	void endElement(const Korvo::XML::XMLString& namespaceURI, const Korvo::XML::XMLString& localName, const Korvo::XML::XMLString& qname);
+		/// Ends the open element; the names are not compared with it.
+
+	void characters(const Korvo::XML::XMLChar ch[], int start, int length);
+		/// Writes the length characters at ch + start as one character chunk
+		/// (ch need not be NUL-terminated). Throws std::out_of_range for a
+		/// negative start or length.
+
+	void ignorableWhitespace(const Korvo::XML::XMLChar ch[], int start, int length);
+		/// Written as characters().
+
+	void processingInstruction(const Korvo::XML::XMLString& target, const Korvo::XML::XMLString& data);
+
+	void startPrefixMapping(const Korvo::XML::XMLString& prefix, const Korvo::XML::XMLString& uri);
+		/// Declares prefix for the next element; the "xml" prefix is ignored.
+
+	void endPrefixMapping(const Korvo::XML::XMLString& prefix);
+
+	void skippedEntity(const Korvo::XML::XMLString& name);
+		/// Ignored.
+
+	// FISContentHandler
+	void binaryData(const char* buffer, unsigned int size);
+		/// Queues size octets (base64 algorithm); consecutive calls make one value.
+
+	void encodedData(short value);
+	void encodedData(int value);
+	void encodedData(long long value);
+	void encodedData(bool value);
+	void encodedData(float value);
+	void encodedData(double value);
+	void encodedData(const Korvo::UUID& uuid);
+		/// Queues one typed value; consecutive values of one type become
+		/// one array, written as one character chunk.
+
+	// LexicalHandler
+	void startDTD(const Korvo::XML::XMLString& name, const Korvo::XML::XMLString& publicId, const Korvo::XML::XMLString& systemId);
+		/// Writes a document type declaration with the public and system
+		/// identifiers (the name is not kept by the format).
+
+	void endDTD();
+
+	void startEntity(const Korvo::XML::XMLString& name);
+	void endEntity(const Korvo::XML::XMLString& name);
+		/// Ignored.
+
+	void startCDATA();
+		/// Literal character chunks up to endCDATA() are marked as CDATA.
+		/// Throws FISException "Cannot nest CDATA sections" inside a section.
+
+	void endCDATA();
+
+	void comment(const Korvo::XML::XMLChar ch[], int start, int length);
+		/// Writes the length characters at ch + start as a comment. Throws
+		/// std::out_of_range for a negative start or length.
+
+	// DTDHandler
+	void notationDecl(const Korvo::XML::XMLString& name, const Korvo::XML::XMLString* publicId, const Korvo::XML::XMLString* systemId);
+		/// Gathers a notation for the header; only before startDocument().
+
+	void unparsedEntityDecl(const Korvo::XML::XMLString& name, const Korvo::XML::XMLString* publicId, const Korvo::XML::XMLString& systemId, const Korvo::XML::XMLString& notationName);
+		/// Gathers an unparsed entity for the header; only before startDocument().
+
+	// Conveniences
+	void characters(const Korvo::XML::XMLString& str);
+		/// Writes str as one character chunk. An empty str writes nothing.
+
+	void emptyElement(const Korvo::XML::XMLString& namespaceURI, const Korvo::XML::XMLString& localName, const Korvo::XML::XMLString& qname);
+	void emptyElement(const Korvo::XML::XMLString& namespaceURI, const Korvo::XML::XMLString& localName, const Korvo::XML::XMLString& qname, const Korvo::XML::Attributes& attributes);
+		/// startElement() then endElement().
+
+	void dataElement(const Korvo::XML::XMLString& namespaceURI, const Korvo::XML::XMLString& localName, const Korvo::XML::XMLString& qname,
+	                 const Korvo::XML::XMLString& data,
+	                 const Korvo::XML::XMLString& attr1 = Korvo::XML::XMLString(), const Korvo::XML::XMLString& value1 = Korvo::XML::XMLString(),
+	                 const Korvo::XML::XMLString& attr2 = Korvo::XML::XMLString(), const Korvo::XML::XMLString& value2 = Korvo::XML::XMLString(),
+	                 const Korvo::XML::XMLString& attr3 = Korvo::XML::XMLString(), const Korvo::XML::XMLString& value3 = Korvo::XML::XMLString());
+		/// An element with up to three attributes (each given by a non-empty
+		/// qualified name) and data as its text, or no content when data is empty.
+
+	void startFragment();
+	void endFragment();
+		/// Always throw FISException: a Fast Infoset stream is a whole document.
+
+	// FISDocumentHandler (setDocumentVocabulary, getDocumentVocabulary,
+	// setWriteXMLDeclaration and setExternalVocabulary are declared above.)
+
+protected:
+	struct AttributeValue
+		/// One attribute of the element being written. The strings belong to
+		/// the caller's attribute list, the namespace context or the writer,
+		/// and live until the element's head is written.
+	{
+		const Korvo::XML::XMLString* pPrefix;
+		const Korvo::XML::XMLString* pNamespaceURI;
+		const Korvo::XML::XMLString* pLocalName;
+		const Korvo::XML::XMLString* pValue;
+	};
+
+	using AttributeVec = std::vector<AttributeValue>;
+	using PrefixSet = Korvo::XML::NamespaceSupport::PrefixSet;
+
+	BitStreamWriter& bitWriter();
+		/// The bit stream the document is written to.
+
+	// Header, initial vocabulary and declaration lists
+	void writeHeader();
+	void writeInitialVocabulary(const DocumentVocabulary& voc);
+	void writeExternalVocabulary(const std::string& uri);
+	void writeRestrictedAlphabet(const DocumentRestrictedAlphabet& alphabets);
+	void writeVocabulary(const Vocabulary<std::string>& voc);
+	void writeEncodedVocabulary(const Vocabulary<std::string>& voc);
+	void writeNameSurrogates(const Vocabulary<QualifiedNameEntry>& voc, bool isElement);
+	void writeNotations(const std::vector<Notation>& notations);
+	void writeUnparsedEntities(const std::vector<UnparsedEntity>& unparsedEntities);
+
+	// Declarations, comments and processing instructions
+	void writeNotation(const Korvo::XML::XMLString& name, const Korvo::XML::XMLString* pPublicId, const Korvo::XML::XMLString* pSystemId);
+	void writeUnparsedEntity(const Korvo::XML::XMLString& name, const Korvo::XML::XMLString* pPublicId, const Korvo::XML::XMLString& systemId, const Korvo::XML::XMLString& notationName);
+	void writeUnexpandedEntityReference(const Korvo::XML::XMLString& name, const Korvo::XML::XMLString* pPublicId, const Korvo::XML::XMLString* pSystemId);
+	void writeDocumentTypeDeclaration(const Korvo::XML::XMLString& publicId, const Korvo::XML::XMLString& systemId);
+	void writeProcessingInstruction(const Korvo::XML::XMLString& target, const Korvo::XML::XMLString& data);
+	void writeComment(const Korvo::XML::XMLString& str);
+
+	// Names, namespaces and attributes
+	std::string newPrefix();
+	static const Korvo::XML::XMLString& nameToString(const Korvo::XML::XMLString& localName, const Korvo::XML::XMLString& qname);
+	void handleNamespaces(const Korvo::XML::Attributes& attributes, const Korvo::XML::XMLString& elementNamespaceURI, PrefixSet& nsPrefixes, AttributeVec& attributeVec);
+	void declareAttributeNamespaces(const Korvo::XML::Attributes& attributes);
+	void addNamespaceAttributes(PrefixSet& nsPrefixes);
+	void addAttributes(AttributeVec& attributeVec, const Korvo::XML::Attributes& attributes, const Korvo::XML::XMLString& elementNamespaceURI);
+	void writeElement(const Korvo::XML::XMLString& prefix, const Korvo::XML::XMLString& ns, const Korvo::XML::XMLString& localName, const AttributeVec& attributes, const PrefixSet& nsPrefixes);
+	void writeAttribute(const Korvo::XML::XMLString& prefix, const Korvo::XML::XMLString& ns, const Korvo::XML::XMLString& localName, const Korvo::XML::XMLString& normalizedValue);
+	void writeNamespaceAttribute(const Korvo::XML::XMLString& prefix, const Korvo::XML::XMLString& ns);
+	unsigned int writeQualifiedNameOrIndex(const Korvo::XML::XMLString& prefix, const Korvo::XML::XMLString& ns, const Korvo::XML::XMLString& localName, bool inElement);
+	unsigned int writeQualifiedName(const Korvo::XML::XMLString& prefix, const Korvo::XML::XMLString& ns, const Korvo::XML::XMLString& localName, bool inElement);
+	unsigned int insertQualifiedName(const QualifiedNameEntry& qne, bool inElement);
+	unsigned int writeIdentifyingStringOrIndex(const std::string& str, DocumentVocabulary::ID id);
+	void writeIdentifyingString(const std::string& str, DocumentVocabulary::ID id);
+	void writeIdentifyingStringIndex(unsigned int strIdx);
+
+	// Character content and typed values
+	void insertEncoding(const Encoding::Ptr& pEncoding);
+	void handleEncodedData();
+	void writeCharacterChunk(const std::string& str);
+	unsigned int writeNonIdentifyingStringOrIndex(const std::string& str, DocumentVocabulary::ID voc);
+	unsigned int writeNonIdentifyingStringOrIndex(const Encoding& encoding, DocumentVocabulary::ID voc);
+	void writeEncodedCharacterString(const std::string& str, unsigned int enc);
+	void writeEncodedCharacterString(const Encoding& encoding);
+
+private:
+	FastInfosetWriter(const FastInfosetWriter&);
+	FastInfosetWriter& operator = (const FastInfosetWriter&);
+
+	static void checkImpl(DocumentVocabulary::VocabularyImpl impl);
+	void pushState(State state);
+	void popState(State expected, const char* message);
+	void writeTerminator();
+	bool isIndexable(std::size_t length) const;
+	bool hasOnlyPredefinedEntries() const;
+	void writeNameSurrogate(const QualifiedNameEntry& qne);
+
+	BitStreamWriter                     _writer;
+	bool                                _writeXMLDeclaration;
+	DocumentVocabulary                  _vocabulary;
+	std::vector<State>                  _states;
+	int                                 _prefixCounter;
+	Korvo::XML::NamespaceSupport        _namespaces;
+	std::vector<Encoding::Ptr>          _encodings;
+	std::vector<Notation>               _notations;
+	std::vector<UnparsedEntity>         _unparsedEntities;
+	DocumentVocabulary                  _externalVocabulary;
+	std::string                         _externalVocabularyURI;
+	EncodingAlgorithm                   _encodingAlgorithm;
+	int                                 _maxIndexedStringLength;
+
+	// Reused on every event, so that the steady path does not allocate.
+	AttributeVec                        _attributeValues;
+	PrefixSet                           _nsPrefixes;
+	std::vector<Korvo::XML::XMLString>  _attributeLocalNames;
+		/// Local parts of attribute names given only as qualified names.
+	Korvo::XML::XMLString               _namePrefix;
+	Korvo::XML::XMLString               _nameLocal;
+	Korvo::XML::XMLString               _textBuffer;
+	Korvo::XML::AttributesImpl          _emptyAttributes;
+};
+
+
+//
+// inlines
+//
+inline int FastInfosetWriter::getMaxIndexedStringLength() const
+{
+	return _maxIndexedStringLength;
+}
+
+
+inline bool FastInfosetWriter::getWriteXMLDeclaration() const
+{
+	return _writeXMLDeclaration;
+}
+
+
+inline const std::string& FastInfosetWriter::getExternalVocabularyURI() const
+{
+	return _externalVocabularyURI;
+}
+
+
+inline BitStreamWriter& FastInfosetWriter::bitWriter()
+{
+	return _writer;
+}
+
+
+} } // namespace Korvo::FastInfoset
+
+
+#endif // FastInfoset_FastInfosetWriter_INCLUDED
