@@ -124,7 +124,8 @@ public:
 
 	void startDocument();
 		/// Writes the document header, with the initial vocabulary, notations
-		/// and unparsed entities when there are any.
+		/// and unparsed entities when there are any. A writer writes one
+		/// document: a second call throws FISException.
 
 	void endDocument();
 		/// Writes the document's terminator and flushes the stream.
@@ -288,8 +289,8 @@ private:
 	FastInfosetWriter& operator = (const FastInfosetWriter&);
 
 	static void checkImpl(DocumentVocabulary::VocabularyImpl impl);
-	void pushState(State state);
-	void popState(State expected, const char* message);
+	void requireState(State state, const char* message) const;
+	void padToOctet();
 	void writeTerminator();
 	bool isIndexable(std::size_t length) const;
 	bool hasOnlyPredefinedEntries() const;
@@ -308,6 +309,7 @@ private:
 	std::string                         _externalVocabularyURI;
 	EncodingAlgorithm                   _encodingAlgorithm;
 	int                                 _maxIndexedStringLength;
+	bool                                _documentStarted;
 
 	// Reused on every event, so that the steady path does not allocate.
 	AttributeVec                        _attributeValues;
@@ -316,6 +318,8 @@ private:
 		/// Local parts of attribute names given only as qualified names.
 	Korvo::XML::XMLString               _namePrefix;
 	Korvo::XML::XMLString               _nameLocal;
+	Korvo::XML::XMLString               _scratchPrefix;
+	Korvo::XML::XMLString               _scratchLocal;
 	Korvo::XML::XMLString               _textBuffer;
 	Korvo::XML::AttributesImpl          _emptyAttributes;
 };
