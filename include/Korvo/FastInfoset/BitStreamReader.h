@@ -18,6 +18,7 @@
 
 
 #include "Korvo/FastInfoset/FastInfoset.h"
+#include <cstddef>
 #include <istream>
 #include <string>
 
@@ -31,7 +32,9 @@ class FastInfoset_API BitStreamReader
 	/// each octet first, either from an input stream through a 1024-octet
 	/// refillable buffer or from a caller's memory block read in place.
 	///
-	/// Reads report running out of data by returning false.
+	/// Reads report running out of a stream's data by returning false and
+	/// consume nothing then; a memory reader asked for more than its block
+	/// fails the assertion "_pStream". A stream error throws IOException.
 {
 public:
 	enum
@@ -69,11 +72,16 @@ public:
 
 	bool read(std::string& str, unsigned int numCharacters);
 		/// Reads numCharacters octets into str; in bulk at an octet boundary.
+		/// At an octet boundary, data that ends early throws FISParseException.
 
 	void skip(int bits);
+		/// Skips bits; at the end of the data the reader stays at the end.
 	void skipToByteStart();
+		/// Skips the rest of a partly read octet.
 
 	bool eof() const;
+		/// True when no data is buffered and none can follow. A buffer whose
+		/// bits have all been read still counts as data.
 	int bitPos() const;
 		/// Number of bits already consumed in the current octet.
 	int cachedBits() const;
@@ -83,6 +91,24 @@ private:
 	BitStreamReader(const BitStreamReader&);
 	BitStreamReader& operator = (const BitStreamReader&);
 
+	enum
+	{
+		MAX_WINDOW = 1 << 27
+			/// A large memory block is read through windows of at most this
+			/// many octets, so that bit offsets always fit in an int.
+	};
+
+	bool hasBits(int numBits);
+		/// Refills when fewer than numBits are buffered; true when numBits are.
+	Korvo::UInt32 look(int numBits) const;
+	Korvo::UInt32 take(int numBits);
+		/// The next numBits (1 to 32) buffered bits, right-aligned.
+	bool readAlignedOctets(std::string& str, unsigned int numCharacters);
+	bool readUnalignedOctets(std::string& str, unsigned int numCharacters);
+	bool nextBlock();
+	bool slideWindow();
+	std::size_t availableOctets() const;
+
 	void refillBufferIfLessThan(int bits);
 	void refillBufferIfLessThanImpl(int unreadBits);
 	void refillBuffer();
@@ -90,10 +116,14 @@ private:
 	bool checkInputParams(int size, int& numOfBits) const;
 	unsigned char curByte() const;
 
-	std::istream* _pStream;
-	int           _cachedBits;
-	int           _bitOffset;
-	char*         _pBuffer;
+	std::istream*        _pStream;
+	int                  _cachedBits;
+	int                  _bitOffset;
+	const unsigned char* _pBuffer;
+		/// The own buffer of a stream reader, or the window of a memory reader.
+	char*                _pOwnBuffer;
+	const unsigned char* _pBlockEnd;
+		/// End of the caller's block (memory reader only).
 };
 
 
@@ -109,6 +139,24 @@ inline int BitStreamReader::bitPos() const
 inline int BitStreamReader::cachedBits() const
 {
 	return _cachedBits - _bitOffset;
+}
+
+
+inline bool BitStreamReader::eof() const
+{
+	return _cachedBits == 0 && (!_pStream || _pStream->eof());
+}
+
+
+inline unsigned char BitStreamReader::curByte() const
+{
+	return _pBuffer[_bitOffset / 8];
+}
+
+
+inline void BitStreamReader::refillBufferIfLessThan(int bits)
+{
+	if (cachedBits() < bits) refillBufferIfLessThanImpl(cachedBits());
 }
 
 

@@ -18,6 +18,7 @@
 
 
 #include "Korvo/FastInfoset/FastInfoset.h"
+#include <cstddef>
 #include <ostream>
 #include <string>
 
@@ -82,6 +83,9 @@ private:
 	BitStreamWriter(const BitStreamWriter&);
 	BitStreamWriter& operator = (const BitStreamWriter&);
 
+	void appendBits(Korvo::UInt64 value, int numOfBits);
+	void writeOctets(const char* str, std::size_t numBytes);
+	void writeUnalignedOctets(const char* str, std::size_t numBytes);
 	void writeFullBytes();
 	void writeFullBytesImpl();
 	void writeToStream(const char* buffer, int length);
@@ -107,6 +111,24 @@ private:
 inline int BitStreamWriter::bitPos() const
 {
 	return _cachedBits & 7;
+}
+
+
+inline unsigned char& BitStreamWriter::curByte()
+{
+	return _cache[_cachedBits / 8];
+}
+
+
+inline int BitStreamWriter::curBitOffsetInByte() const
+{
+	return ~_cachedBits & 7;
+}
+
+
+inline void BitStreamWriter::writeFullBytes()
+{
+	if (_cachedBits > 7) writeFullBytesImpl();
 }
 
 
