@@ -1,0 +1,928 @@
+//
+// FastInfosetParser.cpp
+//
+// Library: FastInfoset
+// Package: Parser
+// Module:  FastInfosetParser
+//
+// Copyright (c) 2026, Korvo FastInfoset developers.
+//
+// SPDX-License-Identifier:	BSL-1.0
+//
+
+
+#include "Korvo/FastInfoset/FastInfosetParser.h"
+#include "Korvo/FastInfoset/FastInfosetWriter.h"
+#include "Korvo/FastInfoset/FISContentHandler.h"
+#include "Korvo/FastInfoset/FISDocumentHandler.h"
+#include "Korvo/FastInfoset/FISException.h"
+#include "Korvo/FastInfoset/EncodingAlgorithm.h"
+#include "Korvo/FastInfoset/NullEncoding.h"
+#include "Korvo/FastInfoset/NullRefEncoding.h"
+#include "Korvo/FastInfoset/StringDecoder.h"
+#include "Poco/SAX/ContentHandler.h"
+#include "Poco/SAX/LexicalHandler.h"
+#include "Poco/SAX/DTDHandler.h"
+#include "Poco/SAX/InputSource.h"
+#include "Poco/SAX/EntityResolverImpl.h"
+#include "Poco/SAX/SAXException.h"
+#include "Poco/XML/XMLWriter.h"
+#include "Poco/MemoryStream.h"
+#include "Poco/NumberFormatter.h"
+#include <climits>
+
+
+using Korvo::XML::XMLString;
+using Korvo::XML::XMLReader;
+using Korvo::XML::AttributesImpl;
+
+
+namespace Korvo {
+namespace FastInfoset {
+
+
+namespace
+{
+	const std::size_t SCRATCH_CAPACITY = 1024;
+	const std::size_t QUALIFIED_NAME_CAPACITY = 256;
+	const std::size_t ATTRIBUTES_CAPACITY = 16;
+	const std::size_t OPEN_ELEMENTS_CAPACITY = 64;
+
+	const unsigned char TERMINATOR = 0x0F;
+	const unsigned char NAMESPACE_ATTRIBUTES = 0x38;
+	const unsigned char NOTATION = 0x30;
+	const unsigned char UNPARSED_ENTITY = 0x68;
+	const unsigned char DOCUMENT_TYPE_PROCESSING_INSTRUCTION = 0x0E;
+
+	const unsigned int ABSENT_INDEX = 0xFFFFFFFF;
+
+	// A memory reader takes the size of its block as an unsigned int;
+	// larger blocks are read through a stream instead.
+	const std::size_t MAX_MEMORY_BLOCK = UINT_MAX;
+
+	unsigned char readBits(BitStreamReader& aReader, int numBits, const char* pMessage)
+	{
+		unsigned char bits = 0;
+		if (!aReader.read(bits, numBits)) throw FISParseException(pMessage);
+		return bits;
+	}
+
+	bool readBit(BitStreamReader& aReader, const char* pMessage)
+	{
+		bool bit = false;
+		if (!aReader.read(bit)) throw FISParseException(pMessage);
+		return bit;
+	}
+}
+
+
+const XMLString FastInfosetParser::EMPTY_STRING;
+const XMLString FastInfosetParser::XMLNS("xmlns");
+
+
+FastInfosetParser::FastInfosetParser(DocumentVocabulary::VocabularyImpl impl):
+	_pEntityResolver(0),
+	_pDTDHandler(0),
+	_pContentHandler(0),
+	_pErrorHandler(0),
+	_pDeclHandler(0),
+	_pLexicalHandler(0),
+	_pDocumentHandler(0),
+	_pFISContentHandler(0),
+	_namespacePrefixes(true),
+	_vocabulary(impl),
+	_pNullEncoding(new NullEncoding),
+	_pNullRefEncoding(new NullRefEncoding(EMPTY_STRING))
+{
+	reserveBuffers();
+}
+
+
+FastInfosetParser::FastInfosetParser(const DocumentVocabulary& vocabulary):
+	_pEntityResolver(0),
+	_pDTDHandler(0),
+	_pContentHandler(0),
+	_pErrorHandler(0),
+	_pDeclHandler(0),
+	_pLexicalHandler(0),
+	_pDocumentHandler(0),
+	_pFISContentHandler(0),
+	_namespacePrefixes(true),
+	_vocabulary(vocabulary),
+	_pNullEncoding(new NullEncoding),
+	_pNullRefEncoding(new NullRefEncoding(EMPTY_STRING))
+{
+	reserveBuffers();
+}
+
+
+FastInfosetParser::~FastInfosetParser()
+{
+}
+
+
+void FastInfosetParser::reserveBuffers()
+{
+	_attributes.reserve(ATTRIBUTES_CAPACITY);
+	_namespaceAttributes.reserve(ATTRIBUTES_CAPACITY);
+	_octetBuffer.reserve(SCRATCH_CAPACITY);
+	_textBuffer.reserve(SCRATCH_CAPACITY);
+	_literalBuffer.reserve(SCRATCH_CAPACITY);
+	_qualifiedName.reserve(QUALIFIED_NAME_CAPACITY);
+	_pNullEncoding->content().reserve(SCRATCH_CAPACITY);
+	_openElements.reserve(OPEN_ELEMENTS_CAPACITY);
+}
+
+
+//
+// Wiring and handlers
+//
+
+
+void FastInfosetParser::initialize(FastInfosetWriter* pWriter)
+{
+	if (!pWriter) return;
+	setContentHandler(pWriter);
+	setDocumentHandler(pWriter);
+	setDTDHandler(pWriter);
+	setProperty(XMLReader::PROPERTY_LEXICAL_HANDLER, static_cast<Korvo::XML::LexicalHandler*>(pWriter));
+}
+
+
+void FastInfosetParser::initialize(Korvo::XML::XMLWriter* pWriter)
+{
+	if (!pWriter) return;
+	setContentHandler(pWriter);
+	FastInfosetWriter* pFastInfosetWriter = dynamic_cast<FastInfosetWriter*>(pWriter);
+	setDocumentHandler(pFastInfosetWriter ? static_cast<FISDocumentHandler*>(pFastInfosetWriter) : 0);
+	setDTDHandler(pWriter);
+	setProperty(XMLReader::PROPERTY_LEXICAL_HANDLER, static_cast<Korvo::XML::LexicalHandler*>(pWriter));
+}
+
+
+void FastInfosetParser::setDocumentHandler(FISDocumentHandler* pDocumentHandler)
+{
+	_pDocumentHandler = pDocumentHandler;
+}
+
+
+Vocabulary<QualifiedNameEntry>& FastInfosetParser::getQNameVocabulary(bool inElement)
+{
+	return inElement ? *_vocabulary.elementVocabulary() : *_vocabulary.attributeVocabulary();
+}
+
+
+void FastInfosetParser::setEntityResolver(Korvo::XML::EntityResolver* pResolver)
+{
+	_pEntityResolver = pResolver;
+}
+
+
+Korvo::XML::EntityResolver* FastInfosetParser::getEntityResolver() const
+{
+	return _pEntityResolver;
+}
+
+
+void FastInfosetParser::setDTDHandler(Korvo::XML::DTDHandler* pDTDHandler)
+{
+	_pDTDHandler = pDTDHandler;
+}
+
+
+Korvo::XML::DTDHandler* FastInfosetParser::getDTDHandler() const
+{
+	return _pDTDHandler;
+}
+
+
+void FastInfosetParser::setContentHandler(Korvo::XML::ContentHandler* pContentHandler)
+{
+	_pContentHandler = pContentHandler;
+	_pFISContentHandler = dynamic_cast<FISContentHandler*>(pContentHandler);
+}
+
+
+Korvo::XML::ContentHandler* FastInfosetParser::getContentHandler() const
+{
+	return _pContentHandler;
+}
+
+
+void FastInfosetParser::setErrorHandler(Korvo::XML::ErrorHandler* pErrorHandler)
+{
+	_pErrorHandler = pErrorHandler;
+}
+
+
+Korvo::XML::ErrorHandler* FastInfosetParser::getErrorHandler() const
+{
+	return _pErrorHandler;
+}
+
+
+void FastInfosetParser::setFeature(const XMLString& featureId, bool state)
+{
+	if (featureId == XMLReader::FEATURE_NAMESPACES)
+	{
+		if (!state) throw Korvo::XML::SAXNotSupportedException(featureId, "namespace support cannot be disabled");
+	}
+	else if (featureId == XMLReader::FEATURE_NAMESPACE_PREFIXES)
+	{
+		_namespacePrefixes = state;
+	}
+	else throw Korvo::XML::SAXNotRecognizedException(featureId);
+}
+
+
+bool FastInfosetParser::getFeature(const XMLString& featureId) const
+{
+	if (featureId == XMLReader::FEATURE_NAMESPACES) return true;
+	if (featureId == XMLReader::FEATURE_NAMESPACE_PREFIXES) return _namespacePrefixes;
+	throw Korvo::XML::SAXNotRecognizedException(featureId);
+}
+
+
+void FastInfosetParser::setProperty(const XMLString& propertyId, const XMLString&)
+{
+	if (propertyId == XMLReader::PROPERTY_DECLARATION_HANDLER || propertyId == XMLReader::PROPERTY_LEXICAL_HANDLER)
+		throw Korvo::XML::SAXNotSupportedException("property does not take a string value: " + propertyId);
+	throw Korvo::XML::SAXNotRecognizedException(propertyId);
+}
+
+
+void FastInfosetParser::setProperty(const XMLString& propertyId, void* value)
+{
+	if (propertyId == XMLReader::PROPERTY_DECLARATION_HANDLER)
+		_pDeclHandler = static_cast<Korvo::XML::DeclHandler*>(value);
+	else if (propertyId == XMLReader::PROPERTY_LEXICAL_HANDLER)
+		_pLexicalHandler = static_cast<Korvo::XML::LexicalHandler*>(value);
+	else
+		throw Korvo::XML::SAXNotRecognizedException(propertyId);
+}
+
+
+void* FastInfosetParser::getProperty(const XMLString& propertyId) const
+{
+	if (propertyId == XMLReader::PROPERTY_DECLARATION_HANDLER) return _pDeclHandler;
+	if (propertyId == XMLReader::PROPERTY_LEXICAL_HANDLER) return _pLexicalHandler;
+	throw Korvo::XML::SAXNotRecognizedException(propertyId);
+}
+
+
+//
+// Entry points
+//
+
+
+void FastInfosetParser::parse(Korvo::XML::InputSource* pSource)
+{
+	poco_check_ptr (pSource);
+
+	if (pSource->getByteStream())
+	{
+		BitStreamReader reader(*pSource->getByteStream());
+		parseDocument(reader);
+	}
+	else if (pSource->getCharacterStream())
+	{
+		BitStreamReader reader(*pSource->getCharacterStream());
+		parseDocument(reader);
+	}
+	else parse(pSource->getSystemId());
+}
+
+
+void FastInfosetParser::parse(const XMLString& systemId)
+{
+	Korvo::XML::EntityResolverImpl resolver;
+	Korvo::XML::InputSource* pSource = resolver.resolveEntity(0, systemId);
+	if (!pSource) throw FISParseException("Cannot resolve system identifier", systemId);
+	try
+	{
+		parse(pSource);
+	}
+	catch (...)
+	{
+		resolver.releaseInputSource(pSource);
+		throw;
+	}
+	resolver.releaseInputSource(pSource);
+}
+
+
+void FastInfosetParser::parseMemoryNP(const char* xml, std::size_t size)
+{
+	if (size <= MAX_MEMORY_BLOCK)
+	{
+		BitStreamReader reader(xml, static_cast<unsigned int>(size));
+		parseDocument(reader);
+	}
+	else
+	{
+		Korvo::MemoryInputStream istr(xml, size);
+		BitStreamReader reader(istr);
+		parseDocument(reader);
+	}
+}
+
+
+void FastInfosetParser::parseDocument(BitStreamReader& aReader)
+{
+	_openElements.clear();
+	Decoder::documentPreHeader(aReader, _literalBuffer);
+	if (_pDocumentHandler) _pDocumentHandler->setWriteXMLDeclaration(!_literalBuffer.empty());
+	Decoder::OpenHeaderParts parts = Decoder::documentHeader(aReader, _vocabulary, _pDocumentHandler);
+	if (_pDocumentHandler) _pDocumentHandler->setDocumentVocabulary(_vocabulary);
+	parseDocumentChildren(aReader, parts);
+	if (_pContentHandler) _pContentHandler->startDocument();
+	parseElementChildren(aReader);
+	if (_pContentHandler) _pContentHandler->endDocument();
+}
+
+
+//
+// Document and element structure
+//
+
+
+void FastInfosetParser::parseDocumentChildren(BitStreamReader& aReader, const Decoder::OpenHeaderParts& parts)
+{
+	if (parts.hasNotations)
+	{
+		const char* pMessage = "Unexpected end of stream while parsing notation";
+		unsigned char id = readBits(aReader, 6, pMessage);
+		while (id == NOTATION)
+		{
+			parseNotation(aReader);
+			id = readBits(aReader, 6, pMessage);
+		}
+		poco_assert (id == 60);
+		aReader.skip(2);
+	}
+	if (parts.hasUnparsedEntities)
+	{
+		const char* pMessage = "Unexpected end of stream while parsing unparsed entity";
+		unsigned char id = readBits(aReader, 7, pMessage);
+		while (id == UNPARSED_ENTITY)
+		{
+			parseUnparsedEntity(aReader);
+			id = readBits(aReader, 7, pMessage);
+		}
+		poco_assert (id == 120);
+		aReader.skip(1);
+	}
+	if (parts.hasCharacterEncodingScheme)
+	{
+		aReader.skip(1);
+		Decoder::nonEmptyOctetString(aReader, _literalBuffer);
+	}
+	if (parts.standalone)
+	{
+		aReader.skip(7);
+		readBit(aReader, "Unexpected end of stream while parsing standalone");
+	}
+	if (parts.hasVersion)
+	{
+		unsigned type = 0;
+		parseNonIdentifyingStringOrIndexXML(aReader, DocumentVocabulary::OTHER_STRING, type);
+	}
+}
+
+
+void FastInfosetParser::parseElementChildren(BitStreamReader& aReader)
+{
+	// Elements are opened by parseElement() and closed here, so that the
+	// walk needs no recursion however deep the document is.
+	const std::size_t depth = _openElements.size();
+	for (;;)
+	{
+		unsigned char bits = 0;
+		if (!aReader.peek(bits, 4)) throw FISParseException("Unexpected end of stream while parsing element children");
+		if (bits != TERMINATOR)
+			parseElementChild(aReader);
+		else if (_openElements.size() > depth)
+			parseElementEnd(aReader);
+		else
+			return;
+	}
+}
+
+
+bool FastInfosetParser::parseElementChild(BitStreamReader& aReader)
+{
+	aReader.skipToByteStart();
+	unsigned char selector = 0;
+	if (!aReader.peek(selector, 8)) throw FISParseException("Unexpected end of stream while parsing element children");
+
+	if (selector < 0x80)
+	{
+		aReader.skip(1);
+		parseElement(aReader);
+	}
+	else if (selector < 0xC0)
+	{
+		aReader.skip(2);
+		parseCharacterChunk(aReader);
+	}
+	else if (selector < 0xE0)
+	{
+		aReader.skip(6);
+		switch (selector & 0xFC)
+		{
+		case 0xC4:
+			parseDocumentTypeDeclaration(aReader);
+			break;
+		case 0xC8:
+			parseUnexpandedEntityReference(aReader);
+			break;
+		default:
+			throw FISEncodingException("Invalid child element");
+		}
+	}
+	else if (selector < 0xF0)
+	{
+		aReader.skip(8);
+		switch (selector)
+		{
+		case 0xE1:
+			parseProcessingInstruction(aReader);
+			break;
+		case 0xE2:
+			parseComment(aReader);
+			break;
+		default:
+			throw FISEncodingException("Parse error: unknown element child code");
+		}
+	}
+	else throw FISEncodingException("Parse error: unknown element child code");
+	return true;
+}
+
+
+void FastInfosetParser::parseElement(BitStreamReader& aReader)
+{
+	if (aReader.bitPos() != 1) throw FISEncodingException("Illegal startposition for an Element value");
+
+	const char* pMessage = "Unexpected end of stream while parsing element";
+	bool hasAttributes = readBit(aReader, pMessage);
+	_namespaceAttributes.clear();
+	unsigned char bits = 0;
+	if (!aReader.peek(bits, 6)) throw FISParseException(pMessage);
+	if (bits == NAMESPACE_ATTRIBUTES)
+	{
+		aReader.skip(6);
+		// Each declaration is meant to start with 1100; any value but the
+		// terminator is taken as one.
+		unsigned char ns = readBits(aReader, 4, pMessage);
+		while (ns != TERMINATOR)
+		{
+			aReader.skip(2);
+			parseNamespaceAttribute(aReader, _namespaceAttributes);
+			ns = readBits(aReader, 4, pMessage);
+		}
+		aReader.skip(6);
+	}
+
+	ResolvedQualName qualName;
+	parseQualifiedNameOrIndex(aReader, qualName, true);
+
+	_attributes.clear();
+	if (hasAttributes)
+	{
+		while (!readBit(aReader, pMessage))
+		{
+			parseAttribute(aReader, _attributes);
+		}
+		aReader.skip(3);
+	}
+
+	if (_pContentHandler) _pContentHandler->startElement(*qualName.pUri, *qualName.pLocalName, qualifiedName(qualName), _attributes);
+	_openElements.push_back(qualName);
+}
+
+
+void FastInfosetParser::parseElementEnd(BitStreamReader& aReader)
+{
+	unsigned char bits = readBits(aReader, 4, "Unexpected end of stream while parsing element");
+	if (bits != TERMINATOR) throw FISEncodingException("Termination flag not found");
+
+	ResolvedQualName qualName = _openElements.back();
+	_openElements.pop_back();
+	if (_pContentHandler)
+	{
+		_pContentHandler->endElement(*qualName.pUri, *qualName.pLocalName, qualifiedName(qualName));
+		// The shared list holds the declarations of the element that began last.
+		for (int i = 0; i < _namespaceAttributes.getLength(); ++i)
+		{
+			_pContentHandler->endPrefixMapping(_namespaceAttributes.getQName(i));
+		}
+	}
+}
+
+
+const XMLString& FastInfosetParser::qualifiedName(const ResolvedQualName& qualName)
+{
+	if (_namespacePrefixes)
+	{
+		if (qualName.pPrefix->empty())
+		{
+			_qualifiedName.clear();
+		}
+		else
+		{
+			_qualifiedName.assign(*qualName.pPrefix);
+			_qualifiedName += ':';
+			_qualifiedName += *qualName.pLocalName;
+		}
+	}
+	return _qualifiedName;
+}
+
+
+void FastInfosetParser::parseNamespaceAttribute(BitStreamReader& aReader, AttributesImpl& attrs)
+{
+	if (aReader.bitPos() != 6) throw FISEncodingException("Illegal startposition for a NamespaceAttribute value");
+
+	const char* pMessage = "Unexpected end of stream while parsing namespace attribute";
+	bool prefixPresent = readBit(aReader, pMessage);
+	bool namespacePresent = readBit(aReader, pMessage);
+	const std::string& prefix = parseCondIdentifyingStringOrIndex(aReader, prefixPresent, DocumentVocabulary::PREFIX);
+	const std::string& namespaceName = parseCondIdentifyingStringOrIndex(aReader, namespacePresent, DocumentVocabulary::NAMESPACE_NAME);
+
+	AttributesImpl::Attribute& attr = attrs.addAttribute();
+	attr.namespaceURI = namespaceName;
+	attr.qname = prefix;
+	attr.type.clear();
+	attr.specified = true;
+
+	if (_pContentHandler) _pContentHandler->startPrefixMapping(prefix, namespaceName);
+}
+
+
+void FastInfosetParser::parseAttribute(BitStreamReader& aReader, AttributesImpl& attrs)
+{
+	if (aReader.bitPos() != 1) throw FISEncodingException("Illegal startposition for a Attribute value");
+
+	ResolvedQualName qualName;
+	parseQualifiedNameOrIndex(aReader, qualName, false);
+	unsigned type = 0;
+	const std::string& value = parseNonIdentifyingStringOrIndexXML(aReader, DocumentVocabulary::ATTRIBUTE_VALUE, type);
+
+	// A new entry comes with the type CDATA; the document carries no types.
+	AttributesImpl::Attribute& attr = attrs.addAttribute();
+	attr.type.clear();
+	attr.namespaceURI = *qualName.pUri;
+	attr.localName = *qualName.pLocalName;
+	attr.value = value;
+	attr.specified = true;
+}
+
+
+void FastInfosetParser::parseQualifiedNameOrIndex(BitStreamReader& aReader, ResolvedQualName& qualName, bool isElement)
+{
+	const int startPosition = aReader.bitPos();
+	if (startPosition != 1 && startPosition != 2) throw FISEncodingException("Illegal startposition for a parseQualifiedNameOrIndex value");
+
+	unsigned char bits = 0;
+	if (!aReader.peek(bits, 4)) throw FISParseException("Unexpected end of stream while parsing qualified name or index");
+	if (bits != TERMINATOR)
+	{
+		unsigned index = 0;
+		Decoder::integer(aReader, index);
+		resolve(getQualifiedNameEntry(index, isElement), qualName);
+	}
+	else
+	{
+		aReader.skip(startPosition == 1 ? 5 : 4);
+		const char* pMessage = "Unexpected end of stream while parsing qualified name";
+		bool prefixPresent = readBit(aReader, pMessage);
+		bool namespacePresent = readBit(aReader, pMessage);
+		unsigned prefixIndex = 0;
+		unsigned namespaceIndex = 0;
+		unsigned localNameIndex = 0;
+		qualName.pPrefix = prefixPresent ? &parseIdentifyingStringOrIndex(aReader, DocumentVocabulary::PREFIX, prefixIndex) : &EMPTY_STRING;
+		qualName.pUri = namespacePresent ? &parseIdentifyingStringOrIndex(aReader, DocumentVocabulary::NAMESPACE_NAME, namespaceIndex) : &EMPTY_STRING;
+		qualName.pLocalName = &parseIdentifyingStringOrIndex(aReader, DocumentVocabulary::LOCAL_NAME, localNameIndex);
+		bool existed = false;
+		getQNameVocabulary(isElement).index(QualifiedNameEntry(prefixIndex, namespaceIndex, localNameIndex), existed);
+	}
+	poco_assert (qualName.pPrefix != 0);
+	poco_assert (qualName.pUri != 0);
+	poco_assert (qualName.pLocalName != 0);
+}
+
+
+const QualifiedNameEntry& FastInfosetParser::getQualifiedNameEntry(unsigned idx, bool isElement)
+{
+	const Vocabulary<QualifiedNameEntry>& table = getQNameVocabulary(isElement);
+	if (idx >= table.size()) throw FISParseException("Qualified name index out of range", Korvo::NumberFormatter::format(idx));
+	return table.value(idx);
+}
+
+
+void FastInfosetParser::resolve(const QualifiedNameEntry& entry, ResolvedQualName& qualName) const
+{
+	qualName.pPrefix = &nameString(DocumentVocabulary::PREFIX, entry.prefixId());
+	qualName.pUri = &nameString(DocumentVocabulary::NAMESPACE_NAME, entry.namespaceId());
+	qualName.pLocalName = &nameString(DocumentVocabulary::LOCAL_NAME, entry.localNameId());
+}
+
+
+const std::string& FastInfosetParser::nameString(DocumentVocabulary::ID id, unsigned index) const
+{
+	// Name surrogates of an initial vocabulary mark an absent prefix or
+	// namespace name with all ones.
+	return index == ABSENT_INDEX ? EMPTY_STRING : tableString(id, index);
+}
+
+
+const std::string& FastInfosetParser::tableString(DocumentVocabulary::ID id, unsigned index) const
+{
+	const Vocabulary<std::string>& table = *_vocabulary.vocabulary(id);
+	if (index >= table.size()) throw FISParseException("String index out of range", Korvo::NumberFormatter::format(index));
+	return table.value(index);
+}
+
+
+//
+// Strings, names and character content
+//
+
+
+const std::string& FastInfosetParser::parseIdentifyingStringOrIndex(BitStreamReader& aReader, DocumentVocabulary::ID id, unsigned& index)
+{
+	if (aReader.bitPos() != 0) throw FISEncodingException("Illegal startposition for an parseIdentifyingStringOrIndex");
+
+	if (!readBit(aReader, "Unexpected end of stream while parsing identifying string or index"))
+	{
+		Decoder::nonEmptyOctetString(aReader, _literalBuffer);
+		bool existed = false;
+		index = _vocabulary.index(id, _literalBuffer, existed);
+	}
+	else
+	{
+		Decoder::integer(aReader, index);
+	}
+	return tableString(id, index);
+}
+
+
+const std::string& FastInfosetParser::parseIdentifyingStringOrIndex(BitStreamReader& aReader, DocumentVocabulary::ID id)
+{
+	unsigned index = 0;
+	return parseIdentifyingStringOrIndex(aReader, id, index);
+}
+
+
+const std::string& FastInfosetParser::parseCondIdentifyingStringOrIndex(BitStreamReader& aReader, bool retData, DocumentVocabulary::ID id)
+{
+	return retData ? parseIdentifyingStringOrIndex(aReader, id) : EMPTY_STRING;
+}
+
+
+Korvo::AutoPtr<Encoding> FastInfosetParser::parseNonIdentifyingStringOrIndex(BitStreamReader& aReader, DocumentVocabulary::ID id)
+{
+	const int startPosition = aReader.bitPos();
+	if (startPosition != 0 && startPosition != 2) throw FISEncodingException("Illegal startposition for a NonIdentifyingStringOrIndex value");
+
+	if (!readBit(aReader, "Unexpected end of stream whil parsing non identifying string or index"))
+	{
+		bool addToTable = readBit(aReader, "Unexpected end of stream whil parsing encoded character string");
+		Korvo::AutoPtr<Encoding> pValue = parseEncodedCharacterString(aReader);
+		if (addToTable)
+		{
+			bool existed = false;
+			_vocabulary.index(id, pValue->content(), existed);
+		}
+		return pValue;
+	}
+	unsigned index = 0;
+	Decoder::integer(aReader, index);
+	_pNullRefEncoding->reset(tableString(id, index));
+	return _pNullRefEncoding;
+}
+
+
+const std::string& FastInfosetParser::parseNonIdentifyingStringOrIndexXML(BitStreamReader& aReader, DocumentVocabulary::ID id, unsigned& type)
+{
+	const int startPosition = aReader.bitPos();
+	if (startPosition != 0 && startPosition != 2) throw FISEncodingException("Illegal startposition for a NonIdentifyingStringOrIndex value");
+
+	if (!readBit(aReader, "Unexpected end of stream while parsing non identifying string or index"))
+	{
+		bool addToTable = readBit(aReader, "Unexpected end of stream while parsing encoded character string");
+		const std::string& value = parseEncodedCharacterStringXML(aReader, type);
+		if (addToTable)
+		{
+			bool existed = false;
+			_vocabulary.index(id, value, existed);
+		}
+		return value;
+	}
+	unsigned index = 0;
+	Decoder::integer(aReader, index);
+	return tableString(id, index);
+}
+
+
+Korvo::AutoPtr<Encoding> FastInfosetParser::parseEncodedCharacterString(BitStreamReader& aReader)
+{
+	const int startPosition = aReader.bitPos();
+	if (startPosition != 2 && startPosition != 4) throw FISEncodingException("Illegal startposition for an encodedCharacterString");
+
+	_octetBuffer.clear();
+	_textBuffer.clear();
+	unsigned char enc = readBits(aReader, 2, "Unexpected end of stream whil parsing encoded character string");
+	std::string& text = _pNullEncoding->content();
+	switch (enc)
+	{
+	case DocumentVocabulary::UTF8:
+		Decoder::nonEmptyOctetString(aReader, text);
+		return _pNullEncoding;
+	case DocumentVocabulary::UTF16:
+		Decoder::nonEmptyOctetString(aReader, _octetBuffer);
+		text.clear();
+		StringDecoder::decodeUTF16(_octetBuffer, text);
+		return _pNullEncoding;
+	case DocumentVocabulary::RESTRICTEDALPHABET:
+		{
+			unsigned index = 0;
+			Decoder::integer(aReader, index);
+			const RestrictedAlphabet& alphabet = _vocabulary.restrictedAlphabets().alphabet(index);
+			Decoder::nonEmptyOctetString(aReader, _octetBuffer);
+			text.clear();
+			StringDecoder::decodeAlphabet(_octetBuffer, alphabet, text);
+			return _pNullEncoding;
+		}
+	default:
+		{
+			unsigned index = 0;
+			Decoder::integer(aReader, index);
+			return decodeAlgorithm(aReader, index);
+		}
+	}
+}
+
+
+const std::string& FastInfosetParser::parseEncodedCharacterStringXML(BitStreamReader& aReader, unsigned& type)
+{
+	const int startPosition = aReader.bitPos();
+	if (startPosition != 2 && startPosition != 4) throw FISEncodingException("Illegal startposition for an encodedCharacterString");
+
+	type = 0;
+	_octetBuffer.clear();
+	_textBuffer.clear();
+	unsigned char enc = readBits(aReader, 2, "Unexpected end of stream while parsing encoded character string");
+	if (enc == DocumentVocabulary::UTF8)
+	{
+		Decoder::nonEmptyOctetString(aReader, _octetBuffer);
+		return _octetBuffer;
+	}
+	if (enc == DocumentVocabulary::UTF16)
+	{
+		Decoder::nonEmptyOctetString(aReader, _octetBuffer);
+		StringDecoder::decodeUTF16(_octetBuffer, _textBuffer);
+		return _textBuffer;
+	}
+	unsigned index = 0;
+	Decoder::integer(aReader, index);
+	if (enc == DocumentVocabulary::RESTRICTEDALPHABET)
+	{
+		const RestrictedAlphabet& alphabet = _vocabulary.restrictedAlphabets().alphabet(index);
+		Decoder::nonEmptyOctetString(aReader, _octetBuffer);
+		StringDecoder::decodeAlphabet(_octetBuffer, alphabet, _textBuffer);
+		return _textBuffer;
+	}
+	poco_assert (enc == DocumentVocabulary::ENCODINGALGORITHM);
+	_pAlgorithmValue = decodeAlgorithm(aReader, index);
+	type = _pAlgorithmValue->type();
+	return _pAlgorithmValue->content();
+}
+
+
+Korvo::AutoPtr<Encoding> FastInfosetParser::decodeAlgorithm(BitStreamReader& aReader, unsigned index)
+{
+	const DecodingAlgorithm& decodings = _vocabulary.decodings();
+	if (index >= decodings.size()) throw FISException("Invalid decoding defined");
+	return decodings.read(static_cast<int>(index), aReader);
+}
+
+
+void FastInfosetParser::parseCharacterChunk(BitStreamReader& aReader)
+{
+	if (aReader.bitPos() != 2) throw FISEncodingException("Illegal startposition for a CharacterChunk value");
+
+	Korvo::AutoPtr<Encoding> pValue = parseNonIdentifyingStringOrIndex(aReader, DocumentVocabulary::CHARACTER_CONTENT_CHUNK);
+	deliver(*pValue);
+}
+
+
+void FastInfosetParser::deliver(const Encoding& value)
+{
+	const bool isCData = _pLexicalHandler && value.type() == EncodingAlgorithm::CDATA_ENCODING;
+	if (isCData) _pLexicalHandler->startCDATA();
+	if (_pFISContentHandler)
+		value.handle(_pFISContentHandler);
+	else if (_pContentHandler)
+		value.handle(_pContentHandler);
+	if (isCData) _pLexicalHandler->endCDATA();
+}
+
+
+//
+// DTD, notations, entities, comments and processing instructions
+//
+
+
+void FastInfosetParser::parseNotation(BitStreamReader& aReader)
+{
+	if (aReader.bitPos() != 6) throw FISEncodingException("Illegal startposition for a Notation value");
+
+	const char* pMessage = "Unexpected end of stream while parsing notation";
+	bool systemPresent = readBit(aReader, pMessage);
+	bool publicPresent = readBit(aReader, pMessage);
+	const std::string& name = parseIdentifyingStringOrIndex(aReader, DocumentVocabulary::OTHER_NCNAME);
+	const std::string& systemId = parseCondIdentifyingStringOrIndex(aReader, systemPresent, DocumentVocabulary::OTHER_URI);
+	const std::string& publicId = parseCondIdentifyingStringOrIndex(aReader, publicPresent, DocumentVocabulary::OTHER_URI);
+	if (_pDTDHandler) _pDTDHandler->notationDecl(name, publicPresent ? &publicId : 0, systemPresent ? &systemId : 0);
+}
+
+
+void FastInfosetParser::parseUnparsedEntity(BitStreamReader& aReader)
+{
+	if (aReader.bitPos() != 7) throw FISEncodingException("Illegal startposition for an UnparsedEntity value");
+
+	bool publicPresent = readBit(aReader, "Unexpected end of stream while parsing unparsed entity");
+	const std::string& name = parseIdentifyingStringOrIndex(aReader, DocumentVocabulary::OTHER_NCNAME);
+	const std::string& systemId = parseIdentifyingStringOrIndex(aReader, DocumentVocabulary::OTHER_URI);
+	const std::string& publicId = parseCondIdentifyingStringOrIndex(aReader, publicPresent, DocumentVocabulary::OTHER_URI);
+	const std::string& notationName = parseIdentifyingStringOrIndex(aReader, DocumentVocabulary::OTHER_NCNAME);
+	if (_pDTDHandler) _pDTDHandler->unparsedEntityDecl(name, publicId.empty() ? 0 : &publicId, systemId, notationName);
+}
+
+
+void FastInfosetParser::parseDocumentTypeDeclaration(BitStreamReader& aReader)
+{
+	if (aReader.bitPos() != 6) throw FISEncodingException("Illegal startposition for a DocumentTypeDeclaration value");
+
+	const char* pMessage = "Unexpected end of stream while parsing document type declaration";
+	bool systemPresent = readBit(aReader, pMessage);
+	bool publicPresent = readBit(aReader, pMessage);
+	const std::string& systemId = parseCondIdentifyingStringOrIndex(aReader, systemPresent, DocumentVocabulary::OTHER_URI);
+	const std::string& publicId = parseCondIdentifyingStringOrIndex(aReader, publicPresent, DocumentVocabulary::OTHER_URI);
+	if (_pLexicalHandler) _pLexicalHandler->startDTD(EMPTY_STRING, publicId, systemId);
+
+	unsigned char stat = readBits(aReader, 4, pMessage);
+	if (stat == DOCUMENT_TYPE_PROCESSING_INSTRUCTION)
+	{
+		// Every value but the terminator that follows a processing
+		// instruction is taken as the start of another one.
+		do
+		{
+			aReader.skip(4);
+			parseProcessingInstruction(aReader);
+			stat = readBits(aReader, 4, pMessage);
+		}
+		while (stat != TERMINATOR);
+	}
+	poco_assert (stat == 0x0f);
+
+	if (_pLexicalHandler) _pLexicalHandler->endDTD();
+}
+
+
+void FastInfosetParser::parseProcessingInstruction(BitStreamReader& aReader)
+{
+	const std::string& target = parseIdentifyingStringOrIndex(aReader, DocumentVocabulary::OTHER_NCNAME);
+	unsigned type = 0;
+	const std::string& data = parseNonIdentifyingStringOrIndexXML(aReader, DocumentVocabulary::OTHER_STRING, type);
+	if (_pContentHandler) _pContentHandler->processingInstruction(target, data);
+}
+
+
+void FastInfosetParser::parseComment(BitStreamReader& aReader)
+{
+	if (aReader.bitPos() != 0) throw FISEncodingException("Illegal startposition for a Comment value");
+
+	unsigned type = 0;
+	const std::string& text = parseNonIdentifyingStringOrIndexXML(aReader, DocumentVocabulary::OTHER_STRING, type);
+	if (_pLexicalHandler) _pLexicalHandler->comment(text.data(), 0, static_cast<int>(text.size()));
+}
+
+
+void FastInfosetParser::parseUnexpandedEntityReference(BitStreamReader& aReader)
+{
+	// The notation's message is the one this item has always reported.
+	if (aReader.bitPos() != 6) throw FISEncodingException("Illegal startposition for a Notation value");
+
+	const char* pMessage = "Unexpected end of stream while parsing unexpanded entity reference";
+	bool systemPresent = readBit(aReader, pMessage);
+	bool publicPresent = readBit(aReader, pMessage);
+	parseIdentifyingStringOrIndex(aReader, DocumentVocabulary::OTHER_NCNAME);
+	parseCondIdentifyingStringOrIndex(aReader, systemPresent, DocumentVocabulary::OTHER_URI);
+	parseCondIdentifyingStringOrIndex(aReader, publicPresent, DocumentVocabulary::OTHER_URI);
+}
+
+
+} } // namespace Korvo::FastInfoset
