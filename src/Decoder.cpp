@@ -15,6 +15,18 @@
 #include "Korvo/FastInfoset/Encoder.h"
 #include "Korvo/FastInfoset/DocumentVocabulary.h"
 #include "Korvo/FastInfoset/FISException.h"
+#include "Korvo/FastInfoset/FastInfosetParser.h"
+#include "Korvo/FastInfoset/FastInfosetWriter.h"
+#include "Korvo/FastInfoset/StringDecoder.h"
+#include "Poco/NullStream.h"
+#include "Poco/Path.h"
+#include "Poco/String.h"
+#include "Poco/URI.h"
+#include "Poco/URIStreamOpener.h"
+#include "Poco/SAX/SAXParser.h"
+#include <algorithm>
+#include <memory>
+#include <vector>
 
 
 namespace Korvo {
@@ -26,6 +38,9 @@ namespace
 	const char END_OF_INTEGER[] = "Unexpected end of stream while reading integer";
 	const char END_OF_STRING_LENGTH[] = "Unexpected end of stream while parsing string length";
 	const char END_OF_HEADER[] = "Unexpected end of stream while reading document header";
+	const char END_OF_INITIAL_VOCABULARY[] = "Unexpected end of stream while reading initial vocabulary";
+	const char END_OF_ENCODED_STRING[] = "Unexpected end of stream while reading encoded character string";
+	const char END_OF_SURROGATE[] = "Unexpected end of stream while reading surrogate";
 	const unsigned int ABSENT_INDEX = 0xFFFFFFFF;
 	const unsigned short VERSION = 1;
 
@@ -121,6 +136,121 @@ namespace
 		Korvo::UInt64 length = Korvo::UInt64(field) + shortLimit + 1 + 256;
 		if (length > 0xFFFFFFFFu) throw FISParseException("Octet string length exceeds 2^32 - 1");
 		return static_cast<unsigned int>(length);
+	}
+
+	// The presence flags of an initial vocabulary, first flag highest.
+	enum InitialVocabularyFlag
+	{
+		EXTERNAL_VOCABULARY       = 0x1000,
+		RESTRICTED_ALPHABETS      = 0x0800,
+		ENCODING_ALGORITHMS       = 0x0400,
+		PREFIXES                  = 0x0200,
+		NAMESPACE_NAMES           = 0x0100,
+		LOCAL_NAMES               = 0x0080,
+		OTHER_NCNAMES             = 0x0040,
+		OTHER_URIS                = 0x0020,
+		ATTRIBUTE_VALUES          = 0x0010,
+		CONTENT_CHARACTER_CHUNKS  = 0x0008,
+		OTHER_STRINGS             = 0x0004,
+		ELEMENT_NAME_SURROGATES   = 0x0002,
+		ATTRIBUTE_NAME_SURROGATES = 0x0001
+	};
+
+	struct StringTableSection
+	{
+		unsigned int flag;
+		DocumentVocabulary::ID table;
+		bool encoded; // entries are encoded character strings
+	};
+
+	// In the order of the sections, which is not the order of the table
+	// numbers: character chunks come before other strings.
+	const StringTableSection STRING_TABLE_SECTIONS[] =
+	{
+		{PREFIXES, DocumentVocabulary::PREFIX, false},
+		{NAMESPACE_NAMES, DocumentVocabulary::NAMESPACE_NAME, false},
+		{LOCAL_NAMES, DocumentVocabulary::LOCAL_NAME, false},
+		{OTHER_NCNAMES, DocumentVocabulary::OTHER_NCNAME, false},
+		{OTHER_URIS, DocumentVocabulary::OTHER_URI, false},
+		{ATTRIBUTE_VALUES, DocumentVocabulary::ATTRIBUTE_VALUE, true},
+		{CONTENT_CHARACTER_CHUNKS, DocumentVocabulary::CHARACTER_CONTENT_CHUNK, true},
+		{OTHER_STRINGS, DocumentVocabulary::OTHER_STRING, true},
+	};
+
+	Vocabulary<std::string>& stringTable(const DocumentVocabulary& voc, DocumentVocabulary::ID id)
+	{
+		Vocabulary<std::string>* pTable = voc.vocabulary(id);
+		poco_check_ptr (pTable);
+		return *pTable;
+	}
+
+	const std::size_t MAX_EXTERNAL_VOCABULARY_DEPTH = 8;
+
+	// The URIs of the external vocabularies being loaded on this thread,
+	// outermost first: a vocabulary document that names one of them again
+	// would be loaded without end.
+	thread_local std::vector<std::string> loadingVocabularies;
+
+	class LoadingVocabulary
+		/// Enters a URI in the list of vocabularies being loaded for the
+		/// lifetime of the object, refusing repeats and deep nesting.
+	{
+	public:
+		explicit LoadingVocabulary(const std::string& uri)
+		{
+			if (std::find(loadingVocabularies.begin(), loadingVocabularies.end(), uri) != loadingVocabularies.end())
+				throw FISException("External vocabulary refers back to itself", uri);
+			if (loadingVocabularies.size() >= MAX_EXTERNAL_VOCABULARY_DEPTH)
+				throw FISException("External vocabularies nested too deeply", uri);
+			loadingVocabularies.push_back(uri);
+		}
+
+		~LoadingVocabulary()
+		{
+			loadingVocabularies.pop_back();
+		}
+	};
+
+	bool isXMLDocument(const std::string& uri)
+	{
+		Korvo::Path path(Korvo::toLower(Korvo::URI(uri).getPath()));
+		path.makeFile();
+		return path.getExtension() == "xml";
+	}
+
+	void learnFromXML(std::istream& istr, DocumentVocabulary& voc)
+		/// The vocabulary a writer builds while it encodes the XML document.
+	{
+		Korvo::NullOutputStream sink;
+		FastInfosetWriter writer(sink);
+		Korvo::XML::SAXParser parser;
+		parser.setFeature(Korvo::XML::XMLReader::FEATURE_NAMESPACES, true);
+		parser.setFeature(Korvo::XML::XMLReader::FEATURE_NAMESPACE_PREFIXES, true);
+		parser.setContentHandler(&writer);
+		parser.setDTDHandler(&writer);
+		parser.setProperty(Korvo::XML::XMLReader::PROPERTY_LEXICAL_HANDLER, static_cast<Korvo::XML::LexicalHandler*>(&writer));
+		Korvo::XML::InputSource source(istr);
+		parser.parse(&source);
+		voc = writer.getDocumentVocabulary();
+	}
+
+	void readFromFastInfoset(std::istream& istr, DocumentVocabulary& voc)
+		/// The vocabulary in which a Fast Infoset document ends.
+	{
+		FastInfosetParser parser(DocumentVocabulary::VOC_VECTOR);
+		Korvo::XML::InputSource source(istr);
+		parser.parse(&source);
+		voc = parser.vocabulary();
+	}
+
+	void loadExternalVocabulary(const std::string& uri, DocumentVocabulary& voc)
+	{
+		LoadingVocabulary loading(uri);
+		std::unique_ptr<std::istream> pStream(Korvo::URIStreamOpener::defaultOpener().open(uri));
+		if (isXMLDocument(uri))
+			learnFromXML(*pStream, voc);
+		else
+			readFromFastInfoset(*pStream, voc);
 	}
 
 	void xmlDeclarationRest(BitStreamReader& aReader, std::string& xmlDeclaration)
@@ -311,51 +441,151 @@ Decoder::OpenHeaderParts Decoder::documentHeader(BitStreamReader& aReader, Docum
 }
 
 
-void Decoder::parseInitialVocabulary(BitStreamReader&, DocumentVocabulary&, FISDocumentHandler*)
+void Decoder::parseInitialVocabulary(BitStreamReader& aReader, DocumentVocabulary& voc, FISDocumentHandler* pHandler)
 {
-	throw FISException("Documents with an initial vocabulary are not supported yet");
+	// Three padding bits, then the thirteen presence flags up to the octet boundary.
+	unsigned int flags;
+	expect(aReader.read(flags, 16), END_OF_INITIAL_VOCABULARY);
+	flags &= 0x1FFF;
+	if (flags == 0)
+		throw FISException("Initial Vocabulary detected with zero information in it - at least one dictionary required");
+
+	if (flags & EXTERNAL_VOCABULARY)
+		handleExternalVocabulary(aReader, voc, pHandler);
+	else
+		voc.reset();
+	if (flags & RESTRICTED_ALPHABETS) handleRestrictedAlphabet(aReader, voc);
+	if (flags & ENCODING_ALGORITHMS) skipEncodingAlgos(aReader, voc);
+	for (const StringTableSection& section: STRING_TABLE_SECTIONS)
+	{
+		if (!(flags & section.flag)) continue;
+		Vocabulary<std::string>& table = stringTable(voc, section.table);
+		if (section.encoded)
+			handleEncodedCharacterStringVoc(aReader, table, voc);
+		else
+			handleVocabulary(aReader, table);
+	}
+	if (flags & ELEMENT_NAME_SURROGATES) handleNameSurrogatesVoc(aReader, *voc.elementVocabulary());
+	if (flags & ATTRIBUTE_NAME_SURROGATES) handleNameSurrogatesVoc(aReader, *voc.attributeVocabulary());
 }
 
 
-void Decoder::handleExternalVocabulary(BitStreamReader&, DocumentVocabulary&, FISDocumentHandler*)
+void Decoder::handleExternalVocabulary(BitStreamReader& aReader, DocumentVocabulary& voc, FISDocumentHandler* pHandler)
 {
-	throw FISException("Documents with an initial vocabulary are not supported yet");
+	skipPadding(aReader, 1, END_OF_STRING_LENGTH);
+	std::string uri;
+	nonEmptyOctetString(aReader, uri);
+	if (uri == voc.getURI()) return; // already the vocabulary in hand
+
+	loadExternalVocabulary(uri, voc);
+	if (pHandler) pHandler->setExternalVocabulary(uri, voc);
 }
 
 
-void Decoder::handleRestrictedAlphabet(BitStreamReader&, DocumentVocabulary&)
+void Decoder::handleRestrictedAlphabet(BitStreamReader& aReader, DocumentVocabulary& voc)
 {
-	throw FISException("Documents with an initial vocabulary are not supported yet");
+	unsigned int entries;
+	lengthOfSequence(aReader, entries);
+	std::string characters;
+	for (unsigned int i = 0; i < entries; ++i)
+	{
+		skipPadding(aReader, 1, END_OF_STRING_LENGTH);
+		nonEmptyOctetString(aReader, characters);
+		voc.restrictedAlphabets().add(characters);
+	}
 }
 
 
-void Decoder::skipEncodingAlgos(BitStreamReader&, DocumentVocabulary&)
+void Decoder::skipEncodingAlgos(BitStreamReader& aReader, DocumentVocabulary&)
 {
-	throw FISException("Documents with an initial vocabulary are not supported yet");
+	unsigned int entries;
+	lengthOfSequence(aReader, entries);
+	std::string uri;
+	for (unsigned int i = 0; i < entries; ++i)
+	{
+		skipPadding(aReader, 1, END_OF_STRING_LENGTH);
+		nonEmptyOctetString(aReader, uri);
+	}
 }
 
 
-void Decoder::handleVocabulary(BitStreamReader&, Vocabulary<std::string>&)
+void Decoder::handleVocabulary(BitStreamReader& aReader, Vocabulary<std::string>& voc)
 {
-	throw FISException("Documents with an initial vocabulary are not supported yet");
+	unsigned int entries;
+	lengthOfSequence(aReader, entries);
+	std::string value;
+	for (unsigned int i = 0; i < entries; ++i)
+	{
+		skipPadding(aReader, 1, END_OF_STRING_LENGTH);
+		nonEmptyOctetString(aReader, value);
+		bool existed;
+		voc.index(value, existed);
+		poco_assert (!existed);
+	}
 }
 
 
-void Decoder::handleEncodedCharacterStringVoc(BitStreamReader&, Vocabulary<std::string>&, DocumentVocabulary&)
+void Decoder::handleEncodedCharacterStringVoc(BitStreamReader& aReader, Vocabulary<std::string>& voc, DocumentVocabulary& vocDocu)
 {
-	throw FISException("Documents with an initial vocabulary are not supported yet");
+	unsigned int entries;
+	lengthOfSequence(aReader, entries);
+	std::string value;
+	for (unsigned int i = 0; i < entries; ++i)
+	{
+		skipPadding(aReader, 2, END_OF_ENCODED_STRING);
+		encodedCharacterString(aReader, value, vocDocu);
+		bool existed;
+		voc.index(value, existed);
+		poco_assert (!existed);
+	}
 }
 
 
-void Decoder::encodedCharacterString(BitStreamReader&, std::string&, DocumentVocabulary&)
+void Decoder::encodedCharacterString(BitStreamReader& aReader, std::string& utf8String, DocumentVocabulary& voc)
 {
-	throw FISException("Documents with an initial vocabulary are not supported yet");
+	unsigned int encoding;
+	expect(aReader.read(encoding, 2), END_OF_ENCODED_STRING);
+	unsigned int index = 0;
+	if (encoding == DocumentVocabulary::RESTRICTEDALPHABET || encoding == DocumentVocabulary::ENCODINGALGORITHM)
+	{
+		// Two indices precede these forms here, and the first is not used:
+		// the writer of initial vocabularies writes them so.
+		integer(aReader, index);
+		integer(aReader, index);
+	}
+
+	std::string octets;
+	switch (encoding)
+	{
+	case DocumentVocabulary::UTF8:
+		nonEmptyOctetString(aReader, utf8String);
+		break;
+	case DocumentVocabulary::UTF16:
+		nonEmptyOctetString(aReader, octets);
+		StringDecoder::decodeUTF16(octets, utf8String);
+		break;
+	case DocumentVocabulary::RESTRICTEDALPHABET:
+		nonEmptyOctetString(aReader, octets);
+		StringDecoder::decodeAlphabet(octets, voc.restrictedAlphabets().alphabet(index), utf8String);
+		break;
+	default:
+		utf8String = voc.decodings().read(static_cast<int>(index), aReader)->content();
+		break;
+	}
 }
 
 
-void Decoder::handleNameSurrogatesVoc(BitStreamReader&, Vocabulary<QualifiedNameEntry>&)
+void Decoder::handleNameSurrogatesVoc(BitStreamReader& aReader, Vocabulary<QualifiedNameEntry>& voc)
 {
-	throw FISException("Documents with an initial vocabulary are not supported yet");
+	unsigned int entries;
+	lengthOfSequence(aReader, entries);
+	for (unsigned int i = 0; i < entries; ++i)
+	{
+		skipPadding(aReader, 6, END_OF_SURROGATE);
+		bool existed;
+		voc.index(nameSurrogate(aReader), existed);
+		poco_assert (!existed);
+	}
 }
 
 

@@ -86,13 +86,37 @@ public:
 		/// vocabulary (or resets voc when there is none).
 
 	static void parseInitialVocabulary(BitStreamReader& aReader, DocumentVocabulary& voc, FISDocumentHandler* pHandler);
+		/// Reads an initial vocabulary into voc, which starts from the external
+		/// vocabulary the document names or else from fresh tables. One without
+		/// any table throws FISException.
+
 	static void handleExternalVocabulary(BitStreamReader& aReader, DocumentVocabulary& voc, FISDocumentHandler* pHandler);
+		/// Reads the URI of an external vocabulary. Unless voc already carries
+		/// that URI, loads the vocabulary into voc (a path ending in ".xml" is
+		/// read as XML, anything else as Fast Infoset) and announces it to
+		/// pHandler, when there is one. Opening and parsing errors propagate
+		/// unchanged; a vocabulary that names itself again, directly or through
+		/// others, throws FISException.
+
 	static void handleRestrictedAlphabet(BitStreamReader& aReader, DocumentVocabulary& voc);
+		/// Appends the alphabets of the section to voc's restricted alphabets.
+
 	static void skipEncodingAlgos(BitStreamReader& aReader, DocumentVocabulary& voc);
+		/// Reads and discards the encoding algorithm URIs of the section.
+
 	static void handleVocabulary(BitStreamReader& aReader, Vocabulary<std::string>& voc);
+		/// Adds the octet strings of a section to voc.
+
 	static void handleEncodedCharacterStringVoc(BitStreamReader& aReader, Vocabulary<std::string>& voc, DocumentVocabulary& vocDocu);
+		/// Adds the encoded character strings of a section to voc.
+
 	static void encodedCharacterString(BitStreamReader& aReader, std::string& utf8String, DocumentVocabulary& voc);
+		/// Reads one encoded character string of an initial vocabulary, starting
+		/// at bit position 2, as UTF-8. The alphabet and algorithm forms carry
+		/// two indices, of which the second counts.
+
 	static void handleNameSurrogatesVoc(BitStreamReader& aReader, Vocabulary<QualifiedNameEntry>& voc);
+		/// Adds the name surrogates of a section to voc.
 };
 
 
