@@ -74,7 +74,8 @@ public:
 
 	virtual const std::string& content() const;
 	virtual std::string& content();
-		/// The text form.
+		/// The text form. A decoded value builds it on first use, so values
+		/// delivered only as typed calls are never rendered as text.
 
 	virtual void createContent() = 0;
 		/// Rebuilds the text form from the typed data.
@@ -82,7 +83,13 @@ public:
 	virtual ~Encoding();
 
 protected:
+	void deferContent();
+		/// Leaves the text form to be built by the first content() call.
+
 	std::string _content;
+
+private:
+	bool _contentDeferred;
 };
 
 

@@ -1,0 +1,120 @@
+//
+// FloatEncoding.h
+//
+// Library: FastInfoset
+// Package: Encodings
+// Module:  FloatEncoding
+//
+// A list of IEEE 754 single-precision numbers (built-in algorithm FLOAT_ENCODING).
+//
+// Copyright (c) 2026, Korvo FastInfoset developers.
+//
+// SPDX-License-Identifier:	BSL-1.0
+//
+
+
+#ifndef FastInfoset_FloatEncoding_INCLUDED
+#define FastInfoset_FloatEncoding_INCLUDED
+
+
+#include "Korvo/FastInfoset/FastInfoset.h"
+#include "Korvo/FastInfoset/Encoding.h"
+#include <string>
+#include <vector>
+
+
+namespace Korvo {
+namespace FastInfoset {
+
+
+class FastInfoset_API FloatEncoding: public Encoding
+	/// A list of IEEE 754 single-precision numbers. On the wire each value takes 4 octets,
+	/// big-endian, after the octet length; as text the values are written
+	/// in decimal, separated by one space.
+	///
+	/// Text is accepted only in the canonical form that content() produces:
+	/// '+5', '007' and '1,000' are refused.
+	/// Only positive numbers from the smallest normal float (1.17549435e-38)
+	/// to the largest float are accepted as text; zero and negative numbers
+	/// are left to other algorithms.
+{
+public:
+	using Ptr = Korvo::AutoPtr<FloatEncoding>;
+
+	explicit FloatEncoding(float value);
+		/// A list of one value.
+
+	explicit FloatEncoding(const std::vector<float>& data);
+		/// Throws FISEncodingException "Illegal (empty) data for FloatEncoding"
+		/// when data is empty.
+
+	explicit FloatEncoding(const std::string& str);
+		/// Parses str. Throws FISEncodingException "Illegal (empty) data for
+		/// FloatEncoding" for an empty text and "Illegal value string for
+		/// FloatEncoding" for one that does not parse.
+
+	~FloatEncoding();
+
+	static void parse(const std::string& str, std::vector<float>& data);
+		/// Fills data with the values of str, or leaves it empty when str
+		/// does not parse.
+
+	static int check(const std::string& str);
+		/// 4 times the number of values in str, or 0 when it does not parse.
+
+	static void encode(BitStreamWriter& writer, const std::string& str);
+		/// Writes the values of str; throws as the text constructor.
+
+	static Korvo::AutoPtr<Encoding> decode(BitStreamReader& reader);
+		/// Reads a value list. A length that is not a multiple of 4 throws
+		/// FISEncodingException with the size message; truncated data throws
+		/// FISParseException.
+
+	static void decode(BitStreamReader& reader, std::string& result);
+		/// Reads a value list into its text form. Here a length that is not a
+		/// multiple of 4 throws the size message as FISException.
+
+	static void decode(BitStreamReader& reader, std::vector<float>& val);
+		/// Reads a value list into val; fails as decode(reader).
+
+	const std::vector<float>& data() const;
+		/// The values, in document order.
+
+	int type() const;
+		/// EncodingAlgorithm::FLOAT_ENCODING.
+
+	bool merge(const Encoding& enc);
+		/// Appends enc's values when it is a FloatEncoding too.
+
+	void write(BitStreamWriter& writer) const;
+	DecodeMethod decodeMethod() const;
+	CheckMethod checkMethod() const;
+	EncodeMethod encodeMethod() const;
+
+	void handle(FISContentHandler* pHandler) const;
+		/// Calls pHandler->encodedData(float) once per value, in order.
+
+	using Encoding::handle;
+
+	void createContent();
+
+private:
+	FloatEncoding();
+
+	std::vector<float> _data;
+};
+
+
+//
+// inlines
+//
+inline const std::vector<float>& FloatEncoding::data() const
+{
+	return _data;
+}
+
+
+} } // namespace Korvo::FastInfoset
+
+
+#endif // FastInfoset_FloatEncoding_INCLUDED
