@@ -1,0 +1,261 @@
+//
+// DocumentVocabulary.cpp
+//
+// Library: FastInfoset
+// Package: Vocabulary
+// Module:  DocumentVocabulary
+//
+// Copyright (c) 2026, Korvo FastInfoset developers.
+//
+// SPDX-License-Identifier:	BSL-1.0
+//
+
+
+#include "Korvo/FastInfoset/DocumentVocabulary.h"
+#include "Korvo/FastInfoset/HashVocabulary.h"
+#include "Korvo/FastInfoset/MapVocabulary.h"
+#include "Korvo/FastInfoset/VectorVocabulary.h"
+#include <memory>
+#include <utility>
+
+
+namespace Korvo {
+namespace FastInfoset {
+
+
+namespace
+{
+	// Slot counts of the hash tables (primes), in ID order from PREFIX.
+	const unsigned int STRING_TABLE_SIZES[] =
+	{
+		251,    // PREFIX
+		251,    // NAMESPACE_NAME
+		40009,  // LOCAL_NAME
+		40009,  // OTHER_NCNAME
+		19,     // OTHER_URI
+		40009,  // ATTRIBUTE_VALUE
+		19,     // OTHER_STRING
+		65521   // CHARACTER_CONTENT_CHUNK
+	};
+	const unsigned int NAME_TABLE_SIZE = 10009;
+
+	const std::size_t TABLE_SLOTS = DocumentVocabulary::CHARACTER_CONTENT_CHUNK + 1;
+		// Entries of _vocabularies: the two unused ones and the eight string tables.
+
+	template <class T>
+	T* cloneOf(const T* pTable)
+	{
+		return pTable ? pTable->clone() : nullptr;
+	}
+
+	template <class T>
+	T* difference(const T* pTable, const T* pOther)
+		/// What pTable holds beyond pOther: all of it when there is no pOther.
+	{
+		if (!pTable) return nullptr;
+		return pOther ? pTable->subtract(*pOther) : pTable->clone();
+	}
+}
+
+
+DocumentVocabulary::DocumentVocabulary(VocabularyImpl impl):
+	_impl(impl),
+	_pElementVocabulary(nullptr),
+	_pAttributeVocabulary(nullptr)
+{
+	try
+	{
+		reset();
+	}
+	catch (...)
+	{
+		clear();
+		throw;
+	}
+}
+
+
+DocumentVocabulary::DocumentVocabulary(const std::string& uri, VocabularyImpl impl):
+	_impl(impl),
+	_pElementVocabulary(nullptr),
+	_pAttributeVocabulary(nullptr),
+	_uri(uri)
+{
+	try
+	{
+		reset();
+	}
+	catch (...)
+	{
+		clear();
+		throw;
+	}
+}
+
+
+DocumentVocabulary::DocumentVocabulary(DontInitialize):
+	_impl(VOC_HASH),
+	_pElementVocabulary(nullptr),
+	_pAttributeVocabulary(nullptr)
+{
+}
+
+
+DocumentVocabulary::DocumentVocabulary(const DocumentVocabulary& other):
+	_impl(other._impl),
+	_restrictedAlphabets(true),
+	_pElementVocabulary(nullptr),
+	_pAttributeVocabulary(nullptr)
+{
+	try
+	{
+		copy(other);
+	}
+	catch (...)
+	{
+		clear();
+		throw;
+	}
+}
+
+
+DocumentVocabulary& DocumentVocabulary::operator = (const DocumentVocabulary& other)
+{
+	if (this != &other)
+	{
+		// Built aside and swapped in, so that a failure leaves this object as it was.
+		DocumentVocabulary copied(other);
+		swap(copied);
+	}
+	return *this;
+}
+
+
+DocumentVocabulary::~DocumentVocabulary()
+{
+	clear();
+}
+
+
+void DocumentVocabulary::reset()
+{
+	clear();
+	_vocabularies.reserve(TABLE_SLOTS);
+	_vocabularies.push_back(nullptr);
+	_vocabularies.push_back(nullptr);
+	switch (_impl)
+	{
+	case VOC_HASH:
+		create<HashVocabulary>();
+		break;
+	case VOC_MAP:
+		create<MapVocabulary>();
+		break;
+	case VOC_VECTOR:
+		create<VectorVocabulary>();
+		break;
+	default:
+		throw Korvo::InvalidArgumentException("Unknown vocabulary implementation");
+	}
+	init();
+	// Alphabets that a document declared must not carry into the next one.
+	_restrictedAlphabets = DocumentRestrictedAlphabet();
+}
+
+
+void DocumentVocabulary::clear()
+{
+	for (auto pVoc: _vocabularies) delete pVoc;
+	_vocabularies.clear();
+	delete _pElementVocabulary;
+	_pElementVocabulary = nullptr;
+	delete _pAttributeVocabulary;
+	_pAttributeVocabulary = nullptr;
+}
+
+
+template <template <class> class V>
+void DocumentVocabulary::create()
+{
+	// _vocabularies has room for every table, so push_back cannot fail and
+	// leak the table just made.
+	for (unsigned int size: STRING_TABLE_SIZES)
+	{
+		_vocabularies.push_back(new V<std::string>(size));
+	}
+	_pElementVocabulary = new V<QualifiedNameEntry>(NAME_TABLE_SIZE);
+	_pAttributeVocabulary = new V<QualifiedNameEntry>(NAME_TABLE_SIZE);
+}
+
+
+void DocumentVocabulary::init()
+{
+	bool dummy;
+	poco_assert (_vocabularies[DocumentVocabulary::PREFIX]->index("xml", dummy) == 1);
+	poco_assert (_vocabularies[DocumentVocabulary::NAMESPACE_NAME]->index("http://www.w3.org/XML/1998/namespace", dummy) == 1);
+}
+
+
+void DocumentVocabulary::copy(const DocumentVocabulary& voc)
+{
+	_uri = voc._uri;
+	_impl = voc._impl;
+	_vocabularies.reserve(voc._vocabularies.size());
+	for (auto pVoc: voc._vocabularies)
+	{
+		_vocabularies.push_back(cloneOf(pVoc));
+	}
+	_restrictedAlphabets = voc._restrictedAlphabets;
+	_encodings = voc._encodings;
+	_pElementVocabulary = cloneOf(voc._pElementVocabulary);
+	_pAttributeVocabulary = cloneOf(voc._pAttributeVocabulary);
+}
+
+
+void DocumentVocabulary::swap(DocumentVocabulary& other)
+{
+	// The decoding algorithms stay: assignment does not copy them.
+	std::swap(_impl, other._impl);
+	_vocabularies.swap(other._vocabularies);
+	std::swap(_restrictedAlphabets, other._restrictedAlphabets);
+	std::swap(_encodings, other._encodings);
+	std::swap(_pElementVocabulary, other._pElementVocabulary);
+	std::swap(_pAttributeVocabulary, other._pAttributeVocabulary);
+	_uri.swap(other._uri);
+}
+
+
+DocumentVocabulary DocumentVocabulary::operator - (const DocumentVocabulary& doc) const
+{
+	DocumentVocabulary result(DONT_INITIALIZE);
+	result._impl = _impl;
+
+	result._vocabularies.reserve(_vocabularies.size());
+	auto itDoc = doc._vocabularies.begin();
+	for (auto it = _vocabularies.begin(); it != _vocabularies.end(); ++it, ++itDoc)
+	{
+		poco_assert (itDoc != doc._vocabularies.end());
+		result._vocabularies.push_back(difference(*it, *itDoc));
+	}
+	result._restrictedAlphabets = _restrictedAlphabets - doc._restrictedAlphabets;
+	result._pElementVocabulary = difference(_pElementVocabulary, doc._pElementVocabulary);
+	result._pAttributeVocabulary = difference(_pAttributeVocabulary, doc._pAttributeVocabulary);
+	return result;
+}
+
+
+void DocumentVocabulary::initialize(ID vocabulary, Vocabulary<std::string>* pVoc)
+{
+	std::unique_ptr<Vocabulary<std::string>> pNew(pVoc);
+	poco_assert (vocabulary > DocumentVocabulary::ENCODING_ALGORITHM && vocabulary < DocumentVocabulary::ELEMENT_NAME);
+	if (_vocabularies.size() < TABLE_SLOTS) _vocabularies.resize(TABLE_SLOTS, nullptr);
+	if (_vocabularies[vocabulary] != pVoc)
+	{
+		delete _vocabularies[vocabulary];
+		_vocabularies[vocabulary] = pNew.release();
+	}
+	else pNew.release();
+}
+
+
+} } // namespace Korvo::FastInfoset
