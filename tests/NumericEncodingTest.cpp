@@ -297,6 +297,16 @@ TEST(NumericEncodingTest, TruncatedOrForgedLengthsFailWithoutHugeAllocations)
 	std::vector<int> ints;
 	EXPECT_EQ(parseExceptionName, failureOf([&] { Input in(forged); IntEncoding::decode(in.reader(), ints); }).name);
 	EXPECT_LE(ints.capacity()*sizeof(int), 65536u);
+
+	// A memory block ends the same way.
+	const std::string block = fromHex(forged);
+	EXPECT_EQ(parseExceptionName, failureOf([&]
+	{
+		BitStreamReader reader(block.data(), static_cast<unsigned int>(block.size()));
+		unsigned char prefix;
+		reader.read(prefix, 4);
+		IntEncoding::decode(reader, ints);
+	}).name);
 }
 
 
