@@ -34,6 +34,7 @@
 #include "Poco/SAX/AttributesImpl.h"
 #include <ostream>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 
@@ -289,12 +290,22 @@ private:
 	FastInfosetWriter& operator = (const FastInfosetWriter&);
 
 	static void checkImpl(DocumentVocabulary::VocabularyImpl impl);
+	void elementName(const Korvo::XML::XMLString& namespaceURI, const Korvo::XML::XMLString& localName, const Korvo::XML::XMLString& qname, const Korvo::XML::XMLString*& pPrefix, const Korvo::XML::XMLString*& pLocalName);
+		/// The prefix and local name an element is written with, declaring
+		/// its prefix when needed.
 	void requireState(State state, const char* message) const;
 	void padToOctet();
 	void writeTerminator();
 	bool isIndexable(std::size_t length) const;
 	bool hasOnlyPredefinedEntries() const;
 	void writeNameSurrogate(const QualifiedNameEntry& qne);
+	bool findQualifiedName(const Korvo::XML::XMLString& prefix, const Korvo::XML::XMLString& ns, const Korvo::XML::XMLString& localName, bool inElement, unsigned int& idx) const;
+	const std::string& nameKey(const Korvo::XML::XMLString& prefix, const Korvo::XML::XMLString& ns, const Korvo::XML::XMLString& localName);
+	void forgetNames();
+	std::string unusedPrefix();
+
+	using NameIndex = std::unordered_map<std::string, unsigned int>;
+		/// Qualified names already in a name table, by their strings.
 
 	BitStreamWriter                     _writer;
 	bool                                _writeXMLDeclaration;
@@ -322,6 +333,9 @@ private:
 	Korvo::XML::XMLString               _scratchLocal;
 	Korvo::XML::XMLString               _textBuffer;
 	Korvo::XML::AttributesImpl          _emptyAttributes;
+	NameIndex                           _knownElementNames;
+	NameIndex                           _knownAttributeNames;
+	std::string                         _nameKey;
 };
 
 

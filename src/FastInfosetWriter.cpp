@@ -1,0 +1,1206 @@
+//
+// FastInfosetWriter.cpp
+//
+// Library: FastInfoset
+// Package: Serializer
+// Module:  FastInfosetWriter
+//
+// Copyright (c) 2026, Korvo FastInfoset developers.
+//
+// SPDX-License-Identifier:	BSL-1.0
+//
+
+
+#include "Korvo/FastInfoset/FastInfosetWriter.h"
+#include "Korvo/FastInfoset/Encoder.h"
+#include "Korvo/FastInfoset/FISException.h"
+#include "Korvo/FastInfoset/ShortEncoding.h"
+#include "Korvo/FastInfoset/IntEncoding.h"
+#include "Korvo/FastInfoset/LongEncoding.h"
+#include "Korvo/FastInfoset/BoolEncoding.h"
+#include "Korvo/FastInfoset/FloatEncoding.h"
+#include "Korvo/FastInfoset/DoubleEncoding.h"
+#include "Korvo/FastInfoset/UUIDEncoding.h"
+#include "Korvo/FastInfoset/DWordEncoding.h"
+#include "Poco/XML/Name.h"
+#include "Poco/NumberFormatter.h"
+#include <cstring>
+#include <memory>
+#include <stdexcept>
+
+
+using Korvo::XML::XMLString;
+using Korvo::XML::XMLChar;
+using Korvo::XML::Attributes;
+using Korvo::XML::AttributesImpl;
+using Korvo::XML::NamespaceSupport;
+using Korvo::XML::Name;
+
+
+namespace Korvo {
+namespace FastInfoset {
+
+
+namespace
+{
+	// Leading bits of the items, as many bits as each constant's comment shows.
+	const int TERMINATOR                = 0xF;  // 1111
+	const int CHARACTER_CHUNK           = 0x2;  // 10
+	const int NAMESPACE_ATTRIBUTES      = 0x38; // 111000
+	const int NAMESPACE_ATTRIBUTE       = 0x33; // 110011
+	const int DOCUMENT_TYPE_DECLARATION = 0x31; // 110001
+	const int PROCESSING_INSTRUCTION    = 0xE1; // 11100001
+	const int COMMENT                   = 0xE2; // 11100010
+	const int NOTATION                  = 0x30; // 110000
+	const int UNPARSED_ENTITY           = 0x68; // 1101000
+	const int END_OF_LIST               = 0xF0; // 1111 0000
+	const int UTF8_STRING               = 0x0;  // 00
+	const int ALGORITHM_STRING          = 0x3;  // 11
+
+	const XMLString EMPTY;
+
+	const XMLString* pointerIfPresent(const XMLString& str)
+		/// Null for an absent (empty) identifier, as the item writers expect.
+	{
+		return str.empty() ? nullptr : &str;
+	}
+
+	const DocumentVocabulary::ID STRING_TABLES[] = {
+		DocumentVocabulary::PREFIX, DocumentVocabulary::NAMESPACE_NAME, DocumentVocabulary::LOCAL_NAME,
+		DocumentVocabulary::OTHER_NCNAME, DocumentVocabulary::OTHER_URI, DocumentVocabulary::ATTRIBUTE_VALUE,
+		DocumentVocabulary::OTHER_STRING, DocumentVocabulary::CHARACTER_CONTENT_CHUNK
+	};
+
+	bool hasEntries(const Vocabulary<std::string>* pVoc)
+	{
+		return pVoc && !pVoc->empty();
+	}
+}
+
+
+// The external vocabulary starts without tables: it is only read once
+// setExternalVocabulary() has replaced it, and tables cost a megabyte.
+FastInfosetWriter::FastInfosetWriter(std::ostream& ostr):
+	_writer(ostr, false),
+	_writeXMLDeclaration(false),
+	_vocabulary(DocumentVocabulary::VOC_HASH),
+	_prefixCounter(0),
+	_externalVocabulary(DocumentVocabulary::DONT_INITIALIZE),
+	_maxIndexedStringLength(16),
+	_documentStarted(false)
+{
+	_states.push_back(UNINITIALIZED);
+}
+
+
+FastInfosetWriter::FastInfosetWriter(std::ostream& ostr, bool writeXMLDeclaration, DocumentVocabulary::VocabularyImpl impl):
+	_writer(ostr, false),
+	_writeXMLDeclaration(writeXMLDeclaration),
+	_vocabulary((checkImpl(impl), impl)),
+	_prefixCounter(0),
+	_externalVocabulary(DocumentVocabulary::DONT_INITIALIZE),
+	_maxIndexedStringLength(16),
+	_documentStarted(false)
+{
+	_states.push_back(UNINITIALIZED);
+}
+
+
+FastInfosetWriter::FastInfosetWriter(std::ostream& ostr, bool writeXMLDeclaration, const DocumentVocabulary& voc):
+	_writer(ostr, false),
+	_writeXMLDeclaration(writeXMLDeclaration),
+	_vocabulary((checkImpl(voc.impl()), voc)),
+	_prefixCounter(0),
+	_externalVocabulary(DocumentVocabulary::DONT_INITIALIZE),
+	_maxIndexedStringLength(16),
+	_documentStarted(false)
+{
+	_states.push_back(UNINITIALIZED);
+}
+
+
+FastInfosetWriter::~FastInfosetWriter()
+{
+}
+
+
+//
+// Configuration
+//
+
+
+void FastInfosetWriter::checkImpl(DocumentVocabulary::VocabularyImpl impl)
+{
+	// A vector table cannot find a value's index, and the writer looks up every name and string.
+	if (impl == DocumentVocabulary::VOC_VECTOR)
+		throw Korvo::InvalidArgumentException("A DocumentVocabulary with VOC_VECTOR implementation cannot be used by FastInfosetWriter");
+}
+
+
+void FastInfosetWriter::setMaxIndexedStringLength(int length)
+{
+	_maxIndexedStringLength = length;
+}
+
+
+void FastInfosetWriter::setWriteXMLDeclaration(bool val)
+{
+	_writeXMLDeclaration = val;
+}
+
+
+void FastInfosetWriter::setDocumentVocabulary(const DocumentVocabulary& voc)
+{
+	checkImpl(voc.impl());
+	if (&voc != &_vocabulary) _vocabulary = voc;
+	forgetNames();
+}
+
+
+void FastInfosetWriter::forgetNames()
+{
+	_knownElementNames.clear();
+	_knownAttributeNames.clear();
+}
+
+
+DocumentVocabulary& FastInfosetWriter::getDocumentVocabulary()
+{
+	return _vocabulary;
+}
+
+
+const DocumentVocabulary& FastInfosetWriter::getDocumentVocabulary() const
+{
+	return _vocabulary;
+}
+
+
+void FastInfosetWriter::setExternalVocabulary(const XMLString& uri, const DocumentVocabulary& voc)
+{
+	if (&voc != &_externalVocabulary) _externalVocabulary = voc;
+	_externalVocabularyURI = uri;
+}
+
+
+Vocabulary<QualifiedNameEntry>& FastInfosetWriter::getQNameVocabulary(bool inElement)
+{
+	return inElement ? *_vocabulary.elementVocabulary() : *_vocabulary.attributeVocabulary();
+}
+
+
+//
+// Document and element framing
+//
+
+
+void FastInfosetWriter::setDocumentLocator(const Korvo::XML::Locator*)
+{
+}
+
+
+void FastInfosetWriter::startDocument()
+{
+	// The tables go on from where the first document left them, so a
+	// second document could not be read on its own.
+	if (_documentStarted) throw FISException("startDocument() not allowed: a writer writes one document");
+	requireState(UNINITIALIZED, "startDocument() not allowed inside an element");
+	_documentStarted = true;
+	// The tables may have been changed in place since the names were learnt.
+	forgetNames();
+	writeHeader();
+	_states.push_back(IN_DOCUMENT);
+	_namespaces.reset();
+	_namespaces.pushContext();
+}
+
+
+void FastInfosetWriter::endDocument()
+{
+	requireState(IN_DOCUMENT, "endDocument() without matching startDocument()");
+	handleEncodedData();
+	writeTerminator();
+	_writer.complete();
+	_states.pop_back();
+}
+
+
+void FastInfosetWriter::startElement(const XMLString& namespaceURI, const XMLString& localName, const XMLString& qname, const Attributes& attributes)
+{
+	const XMLString* pPrefix;
+	const XMLString* pLocalName;
+	elementName(namespaceURI, localName, qname, pPrefix, pLocalName);
+
+	handleEncodedData();
+	padToOctet();
+	_writer.write(false);
+	handleNamespaces(attributes, namespaceURI, _nsPrefixes, _attributeValues);
+	writeElement(*pPrefix, namespaceURI, *pLocalName, _attributeValues, _nsPrefixes);
+	// The children's context is opened only now: the names gathered above
+	// point into the current one.
+	_namespaces.pushContext();
+	_states.push_back(IN_ELEMENT);
+}
+
+
+void FastInfosetWriter::elementName(const XMLString& namespaceURI, const XMLString& localName, const XMLString& qname, const XMLString*& pPrefix, const XMLString*& pLocalName)
+{
+	pPrefix = &EMPTY;
+	pLocalName = &localName;
+	if (!localName.empty() && (qname.empty() || qname == localName))
+	{
+		if (!namespaceURI.empty())
+		{
+			if (!_namespaces.isMapped(namespaceURI)) _namespaces.declarePrefix(unusedPrefix(), namespaceURI);
+			pPrefix = &_namespaces.getPrefix(namespaceURI);
+		}
+	}
+	else if (namespaceURI.empty() && localName.empty() && !qname.empty())
+	{
+		pLocalName = &qname;
+	}
+	else if (!localName.empty() && !qname.empty())
+	{
+		Name::split(qname, _namePrefix, _nameLocal);
+		if (_namePrefix.empty()) _namePrefix = _namespaces.getPrefix(namespaceURI);
+		if (!namespaceURI.empty() && _namespaces.getURI(_namePrefix) != namespaceURI)
+			_namespaces.declarePrefix(_namePrefix, namespaceURI);
+		pPrefix = &_namePrefix;
+	}
+	else throw FISException("Tag mismatch", nameToString(localName, qname));
+}
+
+
+void FastInfosetWriter::endElement(const XMLString&, const XMLString&, const XMLString&)
+{
+	requireState(IN_ELEMENT, "endElement() without matching startElement()");
+	handleEncodedData();
+	writeTerminator();
+	_states.pop_back();
+	_namespaces.popContext();
+}
+
+
+void FastInfosetWriter::emptyElement(const XMLString& namespaceURI, const XMLString& localName, const XMLString& qname)
+{
+	emptyElement(namespaceURI, localName, qname, _emptyAttributes);
+}
+
+
+void FastInfosetWriter::emptyElement(const XMLString& namespaceURI, const XMLString& localName, const XMLString& qname, const Attributes& attributes)
+{
+	startElement(namespaceURI, localName, qname, attributes);
+	endElement(namespaceURI, localName, qname);
+}
+
+
+void FastInfosetWriter::dataElement(const XMLString& namespaceURI, const XMLString& localName, const XMLString& qname,
+                                    const XMLString& data,
+                                    const XMLString& attr1, const XMLString& value1,
+                                    const XMLString& attr2, const XMLString& value2,
+                                    const XMLString& attr3, const XMLString& value3)
+{
+	static const XMLString CDATA("CDATA");
+	AttributesImpl attributes;
+	if (!attr1.empty()) attributes.addAttribute(EMPTY, EMPTY, attr1, CDATA, value1);
+	if (!attr2.empty()) attributes.addAttribute(EMPTY, EMPTY, attr2, CDATA, value2);
+	if (!attr3.empty()) attributes.addAttribute(EMPTY, EMPTY, attr3, CDATA, value3);
+	if (!data.empty())
+	{
+		startElement(namespaceURI, localName, qname, attributes);
+		characters(data);
+		endElement(namespaceURI, localName, qname);
+	}
+	else emptyElement(namespaceURI, localName, qname, attributes);
+}
+
+
+void FastInfosetWriter::startFragment()
+{
+	throw FISException("startFragment() not allowed");
+}
+
+
+void FastInfosetWriter::endFragment()
+{
+	throw FISException("endFragment() not allowed");
+}
+
+
+void FastInfosetWriter::requireState(State state, const char* message) const
+{
+	if (_states.back() != state) throw FISException(message);
+}
+
+
+void FastInfosetWriter::padToOctet()
+{
+	// Closes a pending terminator with '0' bits. Unlike complete(false) it
+	// does not flush the stream, which would cost a system call per item.
+	const int pos = _writer.bitPos();
+	if (pos != 0) _writer.write(0, 8 - pos);
+}
+
+
+void FastInfosetWriter::writeTerminator()
+{
+	_writer.write(TERMINATOR, 4);
+}
+
+
+//
+// Names, namespaces and attributes
+//
+
+
+void FastInfosetWriter::startPrefixMapping(const XMLString& prefix, const XMLString& uri)
+{
+	if (prefix != NamespaceSupport::XML_NAMESPACE_PREFIX) _namespaces.declarePrefix(prefix, uri);
+}
+
+
+void FastInfosetWriter::endPrefixMapping(const XMLString& prefix)
+{
+	if (prefix != NamespaceSupport::XML_NAMESPACE_PREFIX) _namespaces.undeclarePrefix(prefix);
+}
+
+
+std::string FastInfosetWriter::newPrefix()
+{
+	return "ns" + Korvo::NumberFormatter::format(++_prefixCounter);
+}
+
+
+std::string FastInfosetWriter::unusedPrefix()
+{
+	// Skips generated prefixes that the application has declared itself.
+	std::string prefix = newPrefix();
+	while (!_namespaces.getURI(prefix).empty()) prefix = newPrefix();
+	return prefix;
+}
+
+
+const XMLString& FastInfosetWriter::nameToString(const XMLString& localName, const XMLString& qname)
+{
+	return qname.empty() ? localName : qname;
+}
+
+
+void FastInfosetWriter::handleNamespaces(const Attributes& attributes, const XMLString& elementNamespaceURI, PrefixSet& nsPrefixes, AttributeVec& attributeVec)
+{
+	declareAttributeNamespaces(attributes);
+	addNamespaceAttributes(nsPrefixes);
+	addAttributes(attributeVec, attributes, elementNamespaceURI);
+}
+
+
+void FastInfosetWriter::declareAttributeNamespaces(const Attributes& attributes)
+{
+	const int n = attributes.getLength();
+	for (int i = 0; i < n; ++i)
+	{
+		const XMLString& uri = attributes.getURI(i);
+		// Nothing is declared for an attribute without namespace.
+		if (uri.empty() || attributes.getLocalName(i).empty()) continue;
+		Name::split(attributes.getQName(i), _scratchPrefix, _scratchLocal);
+		if (_scratchPrefix.empty()) _scratchPrefix = _namespaces.getPrefix(uri);
+		if (_namespaces.getURI(_scratchPrefix) != uri) _namespaces.declarePrefix(_scratchPrefix, uri);
+	}
+}
+
+
+void FastInfosetWriter::addNamespaceAttributes(PrefixSet& nsPrefixes)
+{
+	nsPrefixes.clear();
+	_namespaces.getDeclaredPrefixes(nsPrefixes);
+}
+
+
+void FastInfosetWriter::addAttributes(AttributeVec& attributeVec, const Attributes& attributes, const XMLString& elementNamespaceURI)
+{
+	attributeVec.clear();
+	const int n = attributes.getLength();
+	if (_attributeLocalNames.size() < static_cast<std::size_t>(n)) _attributeLocalNames.resize(n);
+	for (int i = 0; i < n; ++i)
+	{
+		AttributeValue attribute;
+		attribute.pNamespaceURI = &attributes.getURI(i);
+		attribute.pLocalName = &attributes.getLocalName(i);
+		if (attribute.pLocalName->empty())
+		{
+			Name::split(attributes.getQName(i), _scratchPrefix, _attributeLocalNames[i]);
+			attribute.pLocalName = &_attributeLocalNames[i];
+		}
+		// An attribute in the element's own namespace keeps an empty prefix;
+		// so does one without namespace, which no prefix can name.
+		const bool ownPrefix = !attribute.pNamespaceURI->empty() && *attribute.pNamespaceURI != elementNamespaceURI;
+		attribute.pPrefix = ownPrefix ? &_namespaces.getPrefix(*attribute.pNamespaceURI) : &EMPTY;
+		attribute.pValue = &attributes.getValue(i);
+		attributeVec.push_back(attribute);
+	}
+}
+
+
+void FastInfosetWriter::writeElement(const XMLString& prefix, const XMLString& ns, const XMLString& localName, const AttributeVec& attributes, const PrefixSet& nsPrefixes)
+{
+	if (_writer.bitPos() != 1) throw FISEncodingException("Illegal startposition for an Element value");
+	_writer.write(!attributes.empty());
+	if (!nsPrefixes.empty())
+	{
+		_writer.write(NAMESPACE_ATTRIBUTES, 6);
+		for (const XMLString& nsPrefix: nsPrefixes)
+		{
+			_writer.write(NAMESPACE_ATTRIBUTE, 6);
+			writeNamespaceAttribute(nsPrefix, _namespaces.getURI(nsPrefix));
+		}
+		writeTerminator();
+		_writer.write(0, 6);
+	}
+	writeQualifiedNameOrIndex(prefix, ns, localName, true);
+	if (!attributes.empty())
+	{
+		for (const AttributeValue& attribute: attributes)
+		{
+			_writer.write(false);
+			writeAttribute(*attribute.pPrefix, *attribute.pNamespaceURI, *attribute.pLocalName, *attribute.pValue);
+		}
+		writeTerminator();
+	}
+}
+
+
+void FastInfosetWriter::writeAttribute(const XMLString& prefix, const XMLString& ns, const XMLString& localName, const XMLString& normalizedValue)
+{
+	if (_writer.bitPos() != 1) throw FISEncodingException("Illegal startposition for a Attribute value");
+	writeQualifiedNameOrIndex(prefix, ns, localName, false);
+	writeNonIdentifyingStringOrIndex(normalizedValue, DocumentVocabulary::ATTRIBUTE_VALUE);
+	poco_assert (_writer.bitPos() == 0);
+}
+
+
+void FastInfosetWriter::writeNamespaceAttribute(const XMLString& prefix, const XMLString& ns)
+{
+	if (_writer.bitPos() != 6) throw FISEncodingException("Illegal startposition for a NamespaceAttribute value");
+	_writer.write(!prefix.empty());
+	_writer.write(!ns.empty());
+	if (!prefix.empty()) writeIdentifyingStringOrIndex(prefix, DocumentVocabulary::PREFIX);
+	if (!ns.empty()) writeIdentifyingStringOrIndex(ns, DocumentVocabulary::NAMESPACE_NAME);
+}
+
+
+unsigned int FastInfosetWriter::writeQualifiedNameOrIndex(const XMLString& prefix, const XMLString& ns, const XMLString& localName, bool inElement)
+{
+	const int startPos = _writer.bitPos();
+	if (startPos != 1 && startPos != 2) throw FISEncodingException("Illegal startposition for a writeQualifiedNameOrIndex value");
+	poco_assert (!localName.empty());
+
+	// Names repeat: one look-up of the whole name replaces four table
+	// look-ups once a name has been seen.
+	NameIndex& knownNames = inElement ? _knownElementNames : _knownAttributeNames;
+	const std::string& key = nameKey(prefix, ns, localName);
+	NameIndex::const_iterator it = knownNames.find(key);
+	unsigned int idx = 0;
+	bool found = it != knownNames.end();
+	if (found)
+	{
+		idx = it->second;
+	}
+	else if (findQualifiedName(prefix, ns, localName, inElement, idx))
+	{
+		found = true;
+		knownNames.emplace(key, idx);
+	}
+
+	if (found)
+	{
+		Encoder::integer(_writer, idx);
+	}
+	else
+	{
+		writeTerminator();
+		if (startPos == 1) _writer.write(false);
+		idx = writeQualifiedName(prefix, ns, localName, inElement);
+		knownNames.emplace(key, idx);
+	}
+	poco_assert (_writer.bitPos() == 0);
+	return idx;
+}
+
+
+bool FastInfosetWriter::findQualifiedName(const XMLString& prefix, const XMLString& ns, const XMLString& localName, bool inElement, unsigned int& idx) const
+{
+	bool prefixFound;
+	bool nsFound;
+	bool localNameFound;
+	const unsigned int prefixIdx = _vocabulary.exists(DocumentVocabulary::PREFIX, prefix, prefixFound);
+	const unsigned int nsIdx = _vocabulary.exists(DocumentVocabulary::NAMESPACE_NAME, ns, nsFound);
+	const unsigned int localNameIdx = _vocabulary.exists(DocumentVocabulary::LOCAL_NAME, localName, localNameFound);
+	if (!prefixFound || !nsFound || !localNameFound) return false;
+
+	const Vocabulary<QualifiedNameEntry>& names = inElement ? *_vocabulary.elementVocabulary() : *_vocabulary.attributeVocabulary();
+	bool qneFound;
+	idx = names.exists(QualifiedNameEntry(prefixIdx, nsIdx, localNameIdx), qneFound);
+	return qneFound;
+}
+
+
+const std::string& FastInfosetWriter::nameKey(const XMLString& prefix, const XMLString& ns, const XMLString& localName)
+{
+	// prefix length, prefix, local name length, local name, namespace: the
+	// lengths keep different splits of the same characters apart.
+	const std::size_t prefixLength = prefix.size();
+	const std::size_t localNameLength = localName.size();
+	_nameKey.resize(2*sizeof(std::size_t) + prefixLength + localNameLength + ns.size());
+	char* pKey = &_nameKey[0];
+	std::memcpy(pKey, &prefixLength, sizeof(prefixLength));
+	pKey += sizeof(prefixLength);
+	std::memcpy(pKey, prefix.data(), prefixLength);
+	pKey += prefixLength;
+	std::memcpy(pKey, &localNameLength, sizeof(localNameLength));
+	pKey += sizeof(localNameLength);
+	std::memcpy(pKey, localName.data(), localNameLength);
+	pKey += localNameLength;
+	std::memcpy(pKey, ns.data(), ns.size());
+	return _nameKey;
+}
+
+
+unsigned int FastInfosetWriter::writeQualifiedName(const XMLString& prefix, const XMLString& ns, const XMLString& localName, bool inElement)
+{
+	poco_assert (!localName.empty());
+	_writer.write(!prefix.empty());
+	_writer.write(!ns.empty());
+	const unsigned int prefixIdx = prefix.empty() ? 0 : writeIdentifyingStringOrIndex(prefix, DocumentVocabulary::PREFIX);
+	const unsigned int nsIdx = ns.empty() ? 0 : writeIdentifyingStringOrIndex(ns, DocumentVocabulary::NAMESPACE_NAME);
+	const unsigned int localNameIdx = writeIdentifyingStringOrIndex(localName, DocumentVocabulary::LOCAL_NAME);
+	return insertQualifiedName(QualifiedNameEntry(prefixIdx, nsIdx, localNameIdx), inElement);
+}
+
+
+unsigned int FastInfosetWriter::insertQualifiedName(const QualifiedNameEntry& qne, bool inElement)
+{
+	bool qneExists;
+	const unsigned int idx = getQNameVocabulary(inElement).index(qne, qneExists);
+	poco_assert (!qneExists);
+	return idx;
+}
+
+
+unsigned int FastInfosetWriter::writeIdentifyingStringOrIndex(const std::string& str, DocumentVocabulary::ID id)
+{
+	bool exists;
+	const unsigned int idx = _vocabulary.index(id, str, exists);
+	if (exists)
+		writeIdentifyingStringIndex(idx);
+	else
+		writeIdentifyingString(str, id);
+	return idx;
+}
+
+
+void FastInfosetWriter::writeIdentifyingString(const std::string& str, DocumentVocabulary::ID)
+{
+	if (_writer.bitPos() != 0) throw FISEncodingException("Illegal startposition for an writeIdentifyingString");
+	_writer.write(false);
+	Encoder::nonEmptyOctetString(_writer, str);
+}
+
+
+void FastInfosetWriter::writeIdentifyingStringIndex(unsigned int strIdx)
+{
+	if (_writer.bitPos() != 0) throw FISEncodingException("Illegal startposition for an writeIdentifyingStringIndex");
+	_writer.write(true);
+	Encoder::integer(_writer, strIdx);
+}
+
+
+//
+// Character content and typed values
+//
+
+
+void FastInfosetWriter::characters(const XMLChar ch[], int start, int length)
+{
+	if (start < 0 || length < 0) throw std::out_of_range("characters(): negative start or length");
+	if (length == 0) return;
+	poco_check_ptr (ch);
+	// Exactly length characters: a SAX parser's buffer need not be NUL-terminated.
+	_textBuffer.assign(ch + start, length);
+	characters(_textBuffer);
+}
+
+
+void FastInfosetWriter::characters(const XMLString& str)
+{
+	// No chunk can hold an empty string, and zero characters are no content.
+	if (str.empty()) return;
+	handleEncodedData();
+	padToOctet();
+	_writer.write(CHARACTER_CHUNK, 2);
+	writeCharacterChunk(str);
+}
+
+
+void FastInfosetWriter::ignorableWhitespace(const XMLChar ch[], int start, int length)
+{
+	characters(ch, start, length);
+}
+
+
+void FastInfosetWriter::binaryData(const char* buffer, unsigned int size)
+{
+	// Zero octets add nothing to the data gathered so far.
+	if (size == 0) return;
+	poco_check_ptr (buffer);
+	insertEncoding(new DWordEncoding(buffer, size));
+}
+
+
+void FastInfosetWriter::encodedData(short value)
+{
+	insertEncoding(new ShortEncoding(value));
+}
+
+
+void FastInfosetWriter::encodedData(int value)
+{
+	insertEncoding(new IntEncoding(value));
+}
+
+
+void FastInfosetWriter::encodedData(long long value)
+{
+	insertEncoding(new LongEncoding(value));
+}
+
+
+void FastInfosetWriter::encodedData(bool value)
+{
+	insertEncoding(new BoolEncoding(value));
+}
+
+
+void FastInfosetWriter::encodedData(float value)
+{
+	insertEncoding(new FloatEncoding(value));
+}
+
+
+void FastInfosetWriter::encodedData(double value)
+{
+	insertEncoding(new DoubleEncoding(value));
+}
+
+
+void FastInfosetWriter::encodedData(const Korvo::UUID& uuid)
+{
+	insertEncoding(new UUIDEncoding(uuid));
+}
+
+
+void FastInfosetWriter::insertEncoding(const Encoding::Ptr& pEncoding)
+{
+	if (_encodings.empty() || !_encodings.back()->merge(*pEncoding)) _encodings.push_back(pEncoding);
+}
+
+
+void FastInfosetWriter::handleEncodedData()
+{
+	if (_encodings.empty()) return;
+	padToOctet();
+	for (Encoding::Ptr& pEncoding: _encodings)
+	{
+		_writer.write(CHARACTER_CHUNK, 2);
+		if (pEncoding->type() == EncodingAlgorithm::CDATA_ENCODING)
+		{
+			pEncoding->createContent();
+			writeCharacterChunk(pEncoding->content());
+		}
+		else
+		{
+			// Only a plain text value is written from its text form; the
+			// others write their typed data, so their text is not built.
+			if (pEncoding->type() == EncodingAlgorithm::INVALID) pEncoding->createContent();
+			writeNonIdentifyingStringOrIndex(*pEncoding, DocumentVocabulary::CHARACTER_CONTENT_CHUNK);
+		}
+	}
+	_encodings.clear();
+}
+
+
+void FastInfosetWriter::writeCharacterChunk(const std::string& str)
+{
+	if (_writer.bitPos() != 2) throw FISEncodingException("Illegal startposition for a CharacterChunk value");
+	writeNonIdentifyingStringOrIndex(str, DocumentVocabulary::CHARACTER_CONTENT_CHUNK);
+}
+
+
+bool FastInfosetWriter::isIndexable(std::size_t length) const
+{
+	// A negative limit indexes every string.
+	return _maxIndexedStringLength < 0 || length <= static_cast<std::size_t>(_maxIndexedStringLength);
+}
+
+
+unsigned int FastInfosetWriter::writeNonIdentifyingStringOrIndex(const std::string& str, DocumentVocabulary::ID voc)
+{
+	const int pos = _writer.bitPos();
+	if (pos != 0 && pos != 2) throw FISEncodingException("Illegal startposition for a NonIdentifyingStringOrIndex value");
+	const bool indexed = isIndexable(str.size());
+	bool exists = false;
+	unsigned int idx = 0;
+	if (indexed) idx = _vocabulary.index(voc, str, exists);
+	_writer.write(exists);
+	if (exists)
+	{
+		Encoder::integer(_writer, idx);
+	}
+	else
+	{
+		_writer.write(indexed);
+		writeEncodedCharacterString(str, 0);
+	}
+	return idx;
+}
+
+
+unsigned int FastInfosetWriter::writeNonIdentifyingStringOrIndex(const Encoding& encoding, DocumentVocabulary::ID voc)
+{
+	const int pos = _writer.bitPos();
+	if (pos != 0 && pos != 2) throw FISEncodingException("Illegal startposition for a NonIdentifyingStringOrIndex value");
+	const int type = encoding.type();
+	const bool textual = type == EncodingAlgorithm::INVALID || type == EncodingAlgorithm::CDATA_ENCODING;
+	const bool indexed = textual && isIndexable(encoding.content().size());
+	bool exists = false;
+	unsigned int idx = 0;
+	if (indexed) idx = _vocabulary.index(voc, encoding.content(), exists);
+	_writer.write(exists);
+	if (exists)
+	{
+		Encoder::integer(_writer, idx);
+	}
+	else
+	{
+		_writer.write(indexed);
+		writeEncodedCharacterString(encoding);
+	}
+	return idx;
+}
+
+
+void FastInfosetWriter::writeEncodedCharacterString(const std::string& str, unsigned int enc)
+{
+	const int pos = _writer.bitPos();
+	if (pos != 2 && pos != 4) throw FISEncodingException("Illegal startposition for a writeEncodedCharacterString");
+	if (_states.back() == IN_CDATA)
+	{
+		_writer.write(ALGORITHM_STRING, 2);
+		Encoder::integer(_writer, EncodingAlgorithm::CDATA_ENCODING);
+		Encoder::nonEmptyOctetString(_writer, str);
+	}
+	else if (enc != EncodingAlgorithm::INVALID && enc != EncodingAlgorithm::CDATA_ENCODING)
+	{
+		_writer.write(ALGORITHM_STRING, 2);
+		Encoder::integer(_writer, enc);
+		_encodingAlgorithm.encode(enc, _writer, str);
+	}
+	else
+	{
+		_writer.write(UTF8_STRING, 2);
+		Encoder::nonEmptyOctetString(_writer, str);
+	}
+}
+
+
+void FastInfosetWriter::writeEncodedCharacterString(const Encoding& encoding)
+{
+	const int pos = _writer.bitPos();
+	if (pos != 2 && pos != 4) throw FISEncodingException("Illegal startposition for a writeEncodedCharacterString");
+	if (encoding.type() != EncodingAlgorithm::INVALID)
+	{
+		_writer.write(ALGORITHM_STRING, 2);
+		Encoder::integer(_writer, encoding.type());
+		encoding.write(_writer);
+	}
+	else
+	{
+		_writer.write(UTF8_STRING, 2);
+		Encoder::nonEmptyOctetString(_writer, encoding.content());
+	}
+}
+
+
+void FastInfosetWriter::startCDATA()
+{
+	if (_states.back() == IN_CDATA) throw FISException("Cannot nest CDATA sections");
+	_states.push_back(IN_CDATA);
+}
+
+
+void FastInfosetWriter::endCDATA()
+{
+	requireState(IN_CDATA, "endCDATA() without matching startCDATA()");
+	handleEncodedData();
+	_states.pop_back();
+}
+
+
+//
+// DTD, comments and processing instructions
+//
+
+
+void FastInfosetWriter::processingInstruction(const XMLString& target, const XMLString& data)
+{
+	handleEncodedData();
+	padToOctet();
+	_writer.write(PROCESSING_INSTRUCTION, 8);
+	writeProcessingInstruction(target, data);
+}
+
+
+void FastInfosetWriter::writeProcessingInstruction(const XMLString& target, const XMLString& data)
+{
+	writeIdentifyingStringOrIndex(target, DocumentVocabulary::OTHER_NCNAME);
+	writeNonIdentifyingStringOrIndex(data, DocumentVocabulary::OTHER_STRING);
+}
+
+
+void FastInfosetWriter::comment(const XMLChar ch[], int start, int length)
+{
+	if (start < 0 || length < 0) throw std::out_of_range("comment(): negative start or length");
+	if (length > 0)
+	{
+		poco_check_ptr (ch);
+	}
+	handleEncodedData();
+	padToOctet();
+	_writer.write(COMMENT, 8);
+	if (length > 0)
+		_textBuffer.assign(ch + start, length);
+	else
+		_textBuffer.clear();
+	writeComment(_textBuffer);
+}
+
+
+void FastInfosetWriter::writeComment(const XMLString& str)
+{
+	if (_writer.bitPos() != 0) throw FISEncodingException("Illegal startposition for a Comment value");
+	writeNonIdentifyingStringOrIndex(str, DocumentVocabulary::OTHER_STRING);
+}
+
+
+void FastInfosetWriter::startDTD(const XMLString&, const XMLString& publicId, const XMLString& systemId)
+{
+	_states.push_back(IN_DTD);
+	padToOctet();
+	_writer.write(DOCUMENT_TYPE_DECLARATION, 6);
+	writeDocumentTypeDeclaration(publicId, systemId);
+}
+
+
+void FastInfosetWriter::endDTD()
+{
+	writeTerminator();
+	poco_assert (_writer.bitPos() == 4);
+	requireState(IN_DTD, "endDTD() without matching startDTD()");
+	_states.pop_back();
+}
+
+
+void FastInfosetWriter::writeDocumentTypeDeclaration(const XMLString& publicId, const XMLString& systemId)
+{
+	if (_writer.bitPos() != 6) throw FISEncodingException("Illegal startposition for a DocumentTypeDeclaration value");
+	_writer.write(!systemId.empty());
+	_writer.write(!publicId.empty());
+	if (!systemId.empty()) writeIdentifyingStringOrIndex(systemId, DocumentVocabulary::OTHER_URI);
+	if (!publicId.empty()) writeIdentifyingStringOrIndex(publicId, DocumentVocabulary::OTHER_URI);
+}
+
+
+void FastInfosetWriter::startEntity(const XMLString&)
+{
+}
+
+
+void FastInfosetWriter::endEntity(const XMLString&)
+{
+}
+
+
+void FastInfosetWriter::skippedEntity(const XMLString&)
+{
+}
+
+
+void FastInfosetWriter::notationDecl(const XMLString& name, const XMLString* publicId, const XMLString* systemId)
+{
+	poco_assert (_states.back() == UNINITIALIZED);
+	_notations.push_back(Notation(name, publicId ? *publicId : EMPTY, systemId ? *systemId : EMPTY));
+}
+
+
+void FastInfosetWriter::unparsedEntityDecl(const XMLString& name, const XMLString* publicId, const XMLString& systemId, const XMLString& notationName)
+{
+	poco_assert (_states.back() == UNINITIALIZED);
+	_unparsedEntities.push_back(UnparsedEntity(name, publicId ? *publicId : EMPTY, systemId, notationName));
+}
+
+
+void FastInfosetWriter::writeNotation(const XMLString& name, const XMLString* pPublicId, const XMLString* pSystemId)
+{
+	if (_writer.bitPos() != 6) throw FISEncodingException("Illegal startposition for a Notation value");
+	_writer.write(pSystemId != nullptr);
+	_writer.write(pPublicId != nullptr);
+	writeIdentifyingStringOrIndex(name, DocumentVocabulary::OTHER_NCNAME);
+	if (pSystemId) writeIdentifyingStringOrIndex(*pSystemId, DocumentVocabulary::OTHER_URI);
+	if (pPublicId) writeIdentifyingStringOrIndex(*pPublicId, DocumentVocabulary::OTHER_URI);
+}
+
+
+void FastInfosetWriter::writeUnparsedEntity(const XMLString& name, const XMLString* pPublicId, const XMLString& systemId, const XMLString& notationName)
+{
+	if (_writer.bitPos() != 7) throw FISEncodingException("Illegal startposition for an UnparsedEntity value");
+	_writer.write(pPublicId != nullptr);
+	writeIdentifyingStringOrIndex(name, DocumentVocabulary::OTHER_NCNAME);
+	writeIdentifyingStringOrIndex(systemId, DocumentVocabulary::OTHER_URI);
+	if (pPublicId) writeIdentifyingStringOrIndex(*pPublicId, DocumentVocabulary::OTHER_URI);
+	writeIdentifyingStringOrIndex(notationName, DocumentVocabulary::OTHER_NCNAME);
+}
+
+
+void FastInfosetWriter::writeUnexpandedEntityReference(const XMLString& name, const XMLString* pPublicId, const XMLString* pSystemId)
+{
+	if (_writer.bitPos() != 6) throw FISEncodingException("Illegal startposition for a UnexpandedEntityReference value");
+	_writer.write(pSystemId != nullptr);
+	_writer.write(pPublicId != nullptr);
+	writeIdentifyingStringOrIndex(name, DocumentVocabulary::OTHER_NCNAME);
+	if (pSystemId) writeIdentifyingStringOrIndex(*pSystemId, DocumentVocabulary::OTHER_URI);
+	if (pPublicId) writeIdentifyingStringOrIndex(*pPublicId, DocumentVocabulary::OTHER_URI);
+}
+
+
+//
+// Header, initial vocabulary and declaration lists
+//
+
+
+void FastInfosetWriter::writeHeader()
+{
+	Encoder::documentPreHeader(_writer, _writeXMLDeclaration);
+
+	const bool hasAdditionalData = false;
+	const bool hasNotations = !_notations.empty();
+	const bool hasUnparsedEntities = !_unparsedEntities.empty();
+	const bool hasCharacterEncodingScheme = false;
+	const bool standalone = false;
+	const bool hasVersion = false;
+
+	// Only what the application added beyond a fresh vocabulary (or beyond
+	// the external one) is announced. Most documents add nothing, and
+	// then no difference needs to be computed.
+	std::unique_ptr<DocumentVocabulary> pDifference;
+	const bool hasExternalVocabulary = !_externalVocabularyURI.empty();
+	if (hasExternalVocabulary)
+		pDifference.reset(new DocumentVocabulary(_vocabulary - _externalVocabulary));
+	else if (!hasOnlyPredefinedEntries())
+		pDifference.reset(new DocumentVocabulary(_vocabulary - DocumentVocabulary(DocumentVocabulary::VOC_MAP)));
+
+	bool hasInitialVocabulary = hasExternalVocabulary;
+	if (pDifference)
+	{
+		const DocumentVocabulary& difference = *pDifference;
+		hasInitialVocabulary = hasInitialVocabulary
+			|| !difference.restrictedAlphabets().alphabets().empty()
+			|| !difference.elementVocabulary()->empty()
+			|| !difference.attributeVocabulary()->empty();
+		for (DocumentVocabulary::ID id: STRING_TABLES)
+			hasInitialVocabulary = hasInitialVocabulary || hasEntries(difference.vocabulary(id));
+	}
+
+	poco_assert (_writer.bitPos() == 1);
+	_writer.write(hasAdditionalData);
+	_writer.write(hasInitialVocabulary);
+	_writer.write(hasNotations);
+	_writer.write(hasUnparsedEntities);
+	_writer.write(hasCharacterEncodingScheme);
+	_writer.write(standalone);
+	_writer.write(hasVersion);
+
+	poco_assert (!hasAdditionalData);
+	if (hasInitialVocabulary) writeInitialVocabulary(*pDifference);
+	if (hasNotations) writeNotations(_notations);
+	if (hasUnparsedEntities) writeUnparsedEntities(_unparsedEntities);
+	poco_assert (!hasCharacterEncodingScheme);
+	poco_assert (!standalone);
+	poco_assert (!hasVersion);
+}
+
+
+bool FastInfosetWriter::hasOnlyPredefinedEntries() const
+{
+	if (_vocabulary.restrictedAlphabets().alphabets().size() > DocumentRestrictedAlphabet().alphabets().size()) return false;
+	for (DocumentVocabulary::ID id: STRING_TABLES)
+	{
+		const Vocabulary<std::string>* pVoc = _vocabulary.vocabulary(id);
+		if (!pVoc) continue;
+		if (pVoc->size() > 2) return false;
+		for (unsigned int i = 0; i < pVoc->size(); ++i)
+		{
+			const std::string& value = pVoc->value(i);
+			const bool predefined = value.empty()
+				|| (id == DocumentVocabulary::PREFIX && value == NamespaceSupport::XML_NAMESPACE_PREFIX)
+				|| (id == DocumentVocabulary::NAMESPACE_NAME && value == NamespaceSupport::XML_NAMESPACE);
+			if (!predefined) return false;
+		}
+	}
+	const Vocabulary<QualifiedNameEntry>* nameTables[] = {_vocabulary.elementVocabulary(), _vocabulary.attributeVocabulary()};
+	for (const Vocabulary<QualifiedNameEntry>* pVoc: nameTables)
+	{
+		if (pVoc->size() > 1 || (pVoc->size() == 1 && pVoc->value(0) != QualifiedNameEntry())) return false;
+	}
+	return true;
+}
+
+
+void FastInfosetWriter::writeInitialVocabulary(const DocumentVocabulary& voc)
+{
+	// Tables in the order of the initial vocabulary, which puts character
+	// chunks before other strings.
+	static const DocumentVocabulary::ID NAME_TABLES[] = {
+		DocumentVocabulary::PREFIX, DocumentVocabulary::NAMESPACE_NAME, DocumentVocabulary::LOCAL_NAME,
+		DocumentVocabulary::OTHER_NCNAME, DocumentVocabulary::OTHER_URI
+	};
+	static const DocumentVocabulary::ID VALUE_TABLES[] = {
+		DocumentVocabulary::ATTRIBUTE_VALUE, DocumentVocabulary::CHARACTER_CONTENT_CHUNK, DocumentVocabulary::OTHER_STRING
+	};
+
+	const bool hasExternalVocabulary = !_externalVocabularyURI.empty();
+	const bool hasAlphabets = !voc.restrictedAlphabets().alphabets().empty();
+	const bool hasElementNames = !voc.elementVocabulary()->empty();
+	const bool hasAttributeNames = !voc.attributeVocabulary()->empty();
+
+	_writer.write(0, 3);
+	_writer.write(hasExternalVocabulary);
+	_writer.write(hasAlphabets);
+	_writer.write(false); // encoding algorithms are never announced
+	for (DocumentVocabulary::ID id: NAME_TABLES) _writer.write(hasEntries(voc.vocabulary(id)));
+	for (DocumentVocabulary::ID id: VALUE_TABLES) _writer.write(hasEntries(voc.vocabulary(id)));
+	_writer.write(hasElementNames);
+	_writer.write(hasAttributeNames);
+
+	if (hasExternalVocabulary) writeExternalVocabulary(_externalVocabularyURI);
+	if (hasAlphabets) writeRestrictedAlphabet(voc.restrictedAlphabets());
+	for (DocumentVocabulary::ID id: NAME_TABLES)
+	{
+		if (hasEntries(voc.vocabulary(id))) writeVocabulary(*voc.vocabulary(id));
+	}
+	for (DocumentVocabulary::ID id: VALUE_TABLES)
+	{
+		if (hasEntries(voc.vocabulary(id))) writeEncodedVocabulary(*voc.vocabulary(id));
+	}
+	if (hasElementNames) writeNameSurrogates(*voc.elementVocabulary(), true);
+	if (hasAttributeNames) writeNameSurrogates(*voc.attributeVocabulary(), false);
+}
+
+
+void FastInfosetWriter::writeExternalVocabulary(const std::string& uri)
+{
+	_writer.write(false);
+	Encoder::nonEmptyOctetString(_writer, uri);
+}
+
+
+void FastInfosetWriter::writeRestrictedAlphabet(const DocumentRestrictedAlphabet& alphabets)
+{
+	const unsigned int numEntries = static_cast<unsigned int>(alphabets.alphabets().size());
+	poco_assert (numEntries > 0);
+	Encoder::lengthOfSequence(_writer, numEntries);
+	for (const RestrictedAlphabet& alphabet: alphabets.alphabets())
+	{
+		_writer.write(false);
+		Encoder::nonEmptyOctetString(_writer, alphabet.alphabet());
+	}
+}
+
+
+void FastInfosetWriter::writeVocabulary(const Vocabulary<std::string>& voc)
+{
+	const unsigned int numEntries = voc.size();
+	poco_assert (numEntries > 0);
+	Encoder::lengthOfSequence(_writer, numEntries);
+	for (unsigned int i = 0; i < numEntries; ++i)
+	{
+		_writer.write(false);
+		Encoder::nonEmptyOctetString(_writer, voc.value(i));
+	}
+}
+
+
+void FastInfosetWriter::writeEncodedVocabulary(const Vocabulary<std::string>& voc)
+{
+	const unsigned int numEntries = voc.size();
+	poco_assert (numEntries > 0);
+	Encoder::lengthOfSequence(_writer, numEntries);
+	for (unsigned int i = 0; i < numEntries; ++i)
+	{
+		// Meant as two '0' bits; a count of 0 bits is refused by the bit
+		// writer's assertion, so such a table cannot be announced.
+		_writer.write(int(2), 0);
+		writeEncodedCharacterString(voc.value(i), 0);
+	}
+}
+
+
+void FastInfosetWriter::writeNameSurrogates(const Vocabulary<QualifiedNameEntry>& voc, bool)
+{
+	const unsigned int numEntries = voc.size();
+	poco_assert (numEntries > 0);
+	Encoder::lengthOfSequence(_writer, numEntries);
+	for (unsigned int i = 0; i < numEntries; ++i)
+	{
+		// Meant as six '0' bits; refused by the bit writer like the padding above.
+		_writer.write(int(6), 0);
+		writeNameSurrogate(voc.value(i));
+	}
+}
+
+
+void FastInfosetWriter::writeNameSurrogate(const QualifiedNameEntry& qne)
+{
+	const bool hasPrefix = qne.prefixId() != 0;
+	const bool hasNamespace = qne.namespaceId() != 0;
+	_writer.write(hasPrefix);
+	_writer.write(hasNamespace);
+	if (hasPrefix) Encoder::pad0ThenInteger(_writer, qne.prefixId());
+	if (hasNamespace) Encoder::pad0ThenInteger(_writer, qne.namespaceId());
+	Encoder::pad0ThenInteger(_writer, qne.localNameId());
+}
+
+
+void FastInfosetWriter::writeNotations(const std::vector<Notation>& notations)
+{
+	poco_assert (!notations.empty());
+	for (const Notation& notation: notations)
+	{
+		_writer.write(NOTATION, 6);
+		writeNotation(notation.getName(), pointerIfPresent(notation.getPublicId()), pointerIfPresent(notation.getSystemId()));
+	}
+	_writer.write(END_OF_LIST, 8);
+}
+
+
+void FastInfosetWriter::writeUnparsedEntities(const std::vector<UnparsedEntity>& unparsedEntities)
+{
+	poco_assert (!unparsedEntities.empty());
+	for (const UnparsedEntity& entity: unparsedEntities)
+	{
+		_writer.write(UNPARSED_ENTITY, 7);
+		writeUnparsedEntity(entity.getName(), pointerIfPresent(entity.getPublicId()), entity.getSystemId(), entity.getNotationName());
+	}
+	_writer.write(END_OF_LIST, 8);
+}
+
+
+} } // namespace Korvo::FastInfoset

@@ -1,0 +1,364 @@
+//
+// WriterStructureTest.cpp
+//
+// FastInfosetWriter: document and element framing, names, attributes,
+// namespace declarations, misnested calls and failing streams.
+//
+// Copyright (c) 2026, Korvo FastInfoset developers.
+//
+// SPDX-License-Identifier:	BSL-1.0
+//
+
+#include "Korvo/FastInfoset/FastInfosetWriter.h"
+#include "Korvo/FastInfoset/FISException.h"
+#include "support/ExceptionMatchers.h"
+#include "support/WriterTesting.h"
+#include <gtest/gtest.h>
+#include <functional>
+#include <sstream>
+#include <streambuf>
+
+using namespace Korvo::FastInfoset;
+using Korvo::XML::AttributesImpl;
+using Korvo::XML::NamespaceSupport;
+using Tests::golden;
+using Tests::hex;
+using Tests::HEADER;
+
+
+namespace {
+
+
+const AttributesImpl NO_ATTRIBUTES;
+
+
+AttributesImpl attributes(const std::string& uri, const std::string& localName, const std::string& qname, const std::string& value)
+{
+	AttributesImpl result;
+	result.addAttribute(uri, localName, qname, "CDATA", value);
+	return result;
+}
+
+
+struct StructureCase
+{
+	const char* name;
+	std::function<void(FastInfosetWriter&)> events;
+	const char* body; // the bytes after the header
+};
+
+
+void PrintTo(const StructureCase& c, std::ostream* pStream)
+{
+	*pStream << c.name;
+}
+
+
+const StructureCase STRUCTURE_CASES[] = {
+	// header, then one terminator padded to an octet
+	{"empty document", [](FastInfosetWriter&) {}, "F0"},
+	// <a/>: 0 0 1111 00, literal local name "a", element end + document end
+	{"one element", [](FastInfosetWriter& w) { w.startElement("", "a", "a", NO_ATTRIBUTES); w.endElement("", "a", "a"); },
+		"3C 0061 FF"},
+	// <a><b/></a>: the ends of b and a fill one octet, the document's end is padded
+	{"nested elements", [](FastInfosetWriter& w) {
+		w.startElement("", "a", "a", NO_ATTRIBUTES);
+		w.startElement("", "b", "b", NO_ATTRIBUTES);
+		w.endElement("", "b", "b");
+		w.endElement("", "a", "a"); },
+		"3C 0061 3C 0062 FF F0"},
+	// <r><a/><a/></r>: the second a is element name index 2
+	{"repeated element name as index", [](FastInfosetWriter& w) {
+		w.startElement("", "r", "r", NO_ATTRIBUTES);
+		w.emptyElement("", "a", "a");
+		w.emptyElement("", "a", "a");
+		w.endElement("", "r", "r"); },
+		"3C 0072 3C 0061 F0 01 FF F0"},
+	// a name given only as qualified name is written as it stands
+	{"qualified name only", [](FastInfosetWriter& w) { w.emptyElement("", "", "a"); }, "3C 0061 FF"},
+	{"local name only", [](FastInfosetWriter& w) { w.emptyElement("", "a", ""); }, "3C 0061 FF"},
+	// <a x="v"/>: 0 1 1111 00 a, attribute 0 1111 0 00 x, value 0 1 00 + length 1, 'v', attribute list end, element end
+	{"attribute literal", [](FastInfosetWriter& w) { w.emptyElement("", "a", "a", attributes("", "x", "x", "v")); },
+		"7C 0061 78 0078 40 76 FF F0"},
+	// <r><a x="v"/><a x="v"/></r>: element index 2, attribute name index 1, value index 1
+	{"attribute name and value as indices", [](FastInfosetWriter& w) {
+		w.startElement("", "r", "r", NO_ATTRIBUTES);
+		w.emptyElement("", "a", "a", attributes("", "x", "x", "v"));
+		w.emptyElement("", "a", "a", attributes("", "x", "x", "v"));
+		w.endElement("", "r", "r"); },
+		"3C 0072 7C 0061 78 0078 40 76 FF 41 00 80 FF FF"},
+	// <x x="1"/>: the attribute name is new in its own table, its local name is index 1
+	{"attribute named like its element", [](FastInfosetWriter& w) { w.emptyElement("", "x", "x", attributes("", "x", "x", "1")); },
+		"7C 0078 78 80 40 31 FF F0"},
+	// <a x=""/>: the empty value is index 0 (1 + 1111111)
+	{"empty attribute value", [](FastInfosetWriter& w) { w.emptyElement("", "a", "a", attributes("", "x", "x", "")); },
+		"7C 0061 78 0078 FF FF F0"},
+	// <a x="01234567890123456"/>: 17 octets, not indexed: 0 0 00 + length 1000 + 8
+	{"long attribute value", [](FastInfosetWriter& w) { w.emptyElement("", "a", "a", attributes("", "x", "x", "01234567890123456")); },
+		"7C 0061 78 0078 08 08 3031323334353637383930313233343536 FF F0"},
+	// an unmapped namespace gets prefix ns1: namespace attributes 111000, 110011 11 ns1 urn:x, 1111 000000, then name 1111 11 by indices
+	{"generated prefix", [](FastInfosetWriter& w) { w.emptyElement("urn:x", "a", ""); },
+		"38 CF 02 6E7331 04 75726E3A78 F0 3F 81 81 0061 FF"},
+	// the next unmapped namespace gets ns2
+	{"second generated prefix", [](FastInfosetWriter& w) {
+		w.startElement("urn:x", "a", "", NO_ATTRIBUTES);
+		w.emptyElement("urn:y", "b", "");
+		w.endElement("urn:x", "a", ""); },
+		"38 CF 02 6E7331 04 75726E3A78 F0 3F 81 81 0061"
+		"38 CF 02 6E7332 04 75726E3A79 F0 3F 82 82 0062 FF F0"},
+	// a generated prefix is never one the application declared
+	{"generated prefix skips declared ones", [](FastInfosetWriter& w) {
+		w.startPrefixMapping("ns1", "urn:a");
+		w.emptyElement("urn:b", "x", "");
+		w.endPrefixMapping("ns1"); },
+		"38 CF 02 6E7331 04 75726E3A61 CF 02 6E7332 04 75726E3A62 F0 3F 82 82 0078 FF"},
+	// <p:a xmlns:p="urn:p"><p:b/></p:a>: the child's prefix and namespace are indices
+	{"declared prefix", [](FastInfosetWriter& w) {
+		w.startPrefixMapping("p", "urn:p");
+		w.startElement("urn:p", "a", "p:a", NO_ATTRIBUTES);
+		w.emptyElement("urn:p", "b", "p:b");
+		w.endElement("urn:p", "a", "p:a");
+		w.endPrefixMapping("p"); },
+		"38 CF 0070 04 75726E3A70 F0 3F 81 81 0061 3F 81 81 0062 FF F0"},
+	// <a xmlns="urn:d"/>: namespace attribute 110011 01, name 1111 01
+	{"default namespace", [](FastInfosetWriter& w) {
+		w.startPrefixMapping("", "urn:d");
+		w.emptyElement("urn:d", "a", "a");
+		w.endPrefixMapping(""); },
+		"38 CD 04 75726E3A64 F0 3D 81 0061 FF"},
+	// the xml prefix is never declared
+	{"xml prefix mapping ignored", [](FastInfosetWriter& w) {
+		w.startPrefixMapping("xml", NamespaceSupport::XML_NAMESPACE);
+		w.emptyElement("", "a", "a");
+		w.endPrefixMapping("xml"); },
+		"3C 0061 FF"},
+	// <a xmlns:p="urn:p" p:x="v"/>: attribute 0 1111 0 11 with prefix and namespace indices
+	{"prefixed attribute", [](FastInfosetWriter& w) {
+		w.startPrefixMapping("p", "urn:p");
+		w.emptyElement("", "a", "a", attributes("urn:p", "x", "p:x", "v"));
+		w.endPrefixMapping("p"); },
+		"78 CF 0070 04 75726E3A70 F0 3C 0061 7B 81 81 0078 40 76 FF F0"},
+	// an attribute's namespace that nobody declared is declared for its own prefix
+	{"attribute namespace declared", [](FastInfosetWriter& w) { w.emptyElement("", "a", "a", attributes("urn:q", "y", "q:y", "w")); },
+		"78 CF 0071 04 75726E3A71 F0 3C 0061 7B 81 81 0079 40 77 FF F0"},
+	// attributes given only by qualified name use its local part
+	{"attribute without local name", [](FastInfosetWriter& w) { w.emptyElement("", "a", "a", attributes("", "", "x", "v")); },
+		"7C 0061 78 0078 40 76 FF F0"},
+	// locator, entities and skipped entities leave no trace
+	{"ignored events", [](FastInfosetWriter& w) {
+		w.setDocumentLocator(nullptr);
+		w.startEntity("e");
+		w.skippedEntity("e");
+		w.endEntity("e"); },
+		"F0"},
+};
+
+
+class StructureTest: public ::testing::TestWithParam<StructureCase>
+{
+};
+
+
+INSTANTIATE_TEST_SUITE_P(WriterStructureTest, StructureTest, ::testing::ValuesIn(STRUCTURE_CASES),
+	[](const ::testing::TestParamInfo<StructureCase>& info)
+	{
+		std::string name;
+		for (const char* p = info.param.name; *p; ++p) name += std::isalnum(static_cast<unsigned char>(*p)) ? *p : '_';
+		return name;
+	});
+
+
+TEST_P(StructureTest, WritesGoldenBytes)
+{
+	std::ostringstream out;
+	FastInfosetWriter writer(out);
+	writer.startDocument();
+	GetParam().events(writer);
+	writer.endDocument();
+	EXPECT_EQ(golden(HEADER) + golden(GetParam().body), hex(out.str()));
+}
+
+
+class FailingBuffer: public std::streambuf
+	/// Accepts a fixed number of octets, then fails every write.
+{
+public:
+	explicit FailingBuffer(std::size_t capacity): _capacity(capacity)
+	{
+	}
+
+protected:
+	int_type overflow(int_type c) override
+	{
+		if (traits_type::eq_int_type(c, traits_type::eof()) || _written >= _capacity) return traits_type::eof();
+		++_written;
+		return c;
+	}
+
+private:
+	std::size_t _capacity;
+	std::size_t _written = 0;
+};
+
+
+} // namespace
+
+
+TEST(WriterStructureTest, TagMismatchWhenNoNameCanBeMade)
+{
+	std::ostringstream out;
+	FastInfosetWriter writer(out);
+	writer.startDocument();
+	EXPECT_THROW_MESSAGE(writer.startElement("urn:x", "", "", NO_ATTRIBUTES), FISException, "Tag mismatch");
+	EXPECT_THROW_MESSAGE(writer.startElement("urn:x", "", "p:a", NO_ATTRIBUTES), FISException, "Tag mismatch: p:a");
+	EXPECT_THROW_MESSAGE(writer.startElement("", "", "", NO_ATTRIBUTES), FISException, "Tag mismatch");
+}
+
+
+TEST(WriterStructureTest, FragmentsAreRefused)
+{
+	std::ostringstream out;
+	FastInfosetWriter writer(out);
+	EXPECT_THROW_MESSAGE(writer.startFragment(), FISException, "startFragment() not allowed");
+	EXPECT_THROW_MESSAGE(writer.endFragment(), FISException, "endFragment() not allowed");
+	EXPECT_EQ("", out.str());
+}
+
+
+TEST(WriterStructureTest, MisnestedCallsThrow)
+{
+	std::ostringstream out;
+	FastInfosetWriter writer(out);
+	EXPECT_THROW_MESSAGE(writer.endDocument(), FISException, "endDocument() without matching startDocument()");
+	writer.startElement("", "a", "a", NO_ATTRIBUTES);
+	EXPECT_THROW_MESSAGE(writer.startDocument(), FISException, "startDocument() not allowed inside an element");
+	writer.endElement("", "a", "a");
+
+	std::ostringstream out2;
+	FastInfosetWriter writer2(out2);
+	writer2.startDocument();
+	EXPECT_THROW_MESSAGE(writer2.endDTD(), FISException, "endDTD() without matching startDTD()");
+	EXPECT_THROW_MESSAGE(writer2.endElement("", "a", "a"), FISException, "endElement() without matching startElement()");
+	EXPECT_THROW_MESSAGE(writer2.endCDATA(), FISException, "endCDATA() without matching startCDATA()");
+	writer2.startElement("", "a", "a", NO_ATTRIBUTES);
+	writer2.startCDATA();
+	EXPECT_THROW_MESSAGE(writer2.endElement("", "a", "a"), FISException, "endElement() without matching startElement()");
+	writer2.endCDATA();
+	writer2.endElement("", "a", "a");
+}
+
+
+TEST(WriterStructureTest, OneDocumentPerWriter)
+{
+	std::ostringstream out;
+	FastInfosetWriter writer(out);
+	writer.startDocument();
+	writer.endDocument();
+	EXPECT_THROW_MESSAGE(writer.startDocument(), FISException, "startDocument() not allowed: a writer writes one document");
+	EXPECT_EQ(golden(HEADER + "F0"), hex(out.str()));
+}
+
+
+TEST(WriterStructureTest, VectorVocabularyIsRefused)
+{
+	const std::string message = "A DocumentVocabulary with VOC_VECTOR implementation cannot be used by FastInfosetWriter";
+	std::ostringstream out;
+	DocumentVocabulary vector(DocumentVocabulary::VOC_VECTOR);
+	EXPECT_THROW_MESSAGE(FastInfosetWriter(out, false, DocumentVocabulary::VOC_VECTOR), Korvo::InvalidArgumentException, message);
+	EXPECT_THROW_MESSAGE(FastInfosetWriter(out, false, vector), Korvo::InvalidArgumentException, message);
+
+	DocumentVocabulary map(DocumentVocabulary::VOC_MAP);
+	bool existed;
+	map.index(DocumentVocabulary::LOCAL_NAME, "kept", existed);
+	FastInfosetWriter writer(out, false, map);
+	FISDocumentHandler& handler = writer;
+	EXPECT_THROW_MESSAGE(handler.setDocumentVocabulary(vector), Korvo::InvalidArgumentException, message);
+	EXPECT_EQ(DocumentVocabulary::VOC_MAP, writer.getDocumentVocabulary().impl());
+	bool found;
+	EXPECT_EQ(1u, writer.getDocumentVocabulary().exists(DocumentVocabulary::LOCAL_NAME, "kept", found));
+	EXPECT_TRUE(found);
+}
+
+
+TEST(WriterStructureTest, QNameVocabularyFollowsRole)
+{
+	std::ostringstream out;
+	FastInfosetWriter writer(out);
+	writer.startDocument();
+	writer.emptyElement("", "a", "a", attributes("", "x", "x", "v"));
+	EXPECT_EQ(2u, writer.getQNameVocabulary(true).size());
+	EXPECT_TRUE(writer.getQNameVocabulary(true).value(1) == QualifiedNameEntry(0, 0, 1));
+	EXPECT_EQ(2u, writer.getQNameVocabulary(false).size());
+	EXPECT_TRUE(writer.getQNameVocabulary(false).value(1) == QualifiedNameEntry(0, 0, 2));
+}
+
+
+TEST(WriterStructureTest, FailingStreamThrowsIOException)
+{
+	const std::string message = "error while writing Fast Infoset document to stream";
+	{
+		std::ostringstream out;
+		out.setstate(std::ios::badbit);
+		FastInfosetWriter writer(out);
+		EXPECT_THROW_MESSAGE(writer.startDocument(), Korvo::IOException, message);
+	}
+	{
+		// the header fits, the element's second octet does not
+		FailingBuffer buffer(6);
+		std::ostream out(&buffer);
+		FastInfosetWriter writer(out);
+		writer.startDocument();
+		EXPECT_THROW_MESSAGE(writer.startElement("", "a", "a", NO_ATTRIBUTES), Korvo::IOException, message);
+	}
+}
+
+
+TEST(WriterStructureTest, ItemWritersRefuseWrongBitPositions)
+{
+	using Tests::WriterProbe;
+	const WriterProbe::AttributeVec noAttributes;
+	const WriterProbe::PrefixSet noPrefixes;
+	struct Case
+	{
+		int bitsBefore;
+		std::function<void(WriterProbe&)> call;
+		const char* message;
+	};
+	const Case cases[] = {
+		{0, [&](WriterProbe& w) { w.writeElement("", "", "a", noAttributes, noPrefixes); }, "Illegal startposition for an Element value"},
+		{0, [](WriterProbe& w) { w.writeAttribute("", "", "a", "v"); }, "Illegal startposition for a Attribute value"},
+		{0, [](WriterProbe& w) { w.writeNamespaceAttribute("p", "urn:p"); }, "Illegal startposition for a NamespaceAttribute value"},
+		{0, [](WriterProbe& w) { w.writeQualifiedNameOrIndex("", "", "a", true); }, "Illegal startposition for a writeQualifiedNameOrIndex value"},
+		{3, [](WriterProbe& w) { w.writeQualifiedNameOrIndex("", "", "a", false); }, "Illegal startposition for a writeQualifiedNameOrIndex value"},
+		{1, [](WriterProbe& w) { w.writeIdentifyingString("a", DocumentVocabulary::LOCAL_NAME); }, "Illegal startposition for an writeIdentifyingString"},
+		{1, [](WriterProbe& w) { w.writeIdentifyingStringIndex(1); }, "Illegal startposition for an writeIdentifyingStringIndex"},
+		{0, [](WriterProbe& w) { w.writeCharacterChunk("text"); }, "Illegal startposition for a CharacterChunk value"},
+		{1, [](WriterProbe& w) { w.writeNonIdentifyingStringOrIndex(std::string("v"), DocumentVocabulary::ATTRIBUTE_VALUE); }, "Illegal startposition for a NonIdentifyingStringOrIndex value"},
+		{0, [](WriterProbe& w) { w.writeEncodedCharacterString("v", 0); }, "Illegal startposition for a writeEncodedCharacterString"},
+		{1, [](WriterProbe& w) { w.writeComment("c"); }, "Illegal startposition for a Comment value"},
+		{0, [](WriterProbe& w) { w.writeDocumentTypeDeclaration("", "x.dtd"); }, "Illegal startposition for a DocumentTypeDeclaration value"},
+		{0, [](WriterProbe& w) { w.writeNotation("n", nullptr, nullptr); }, "Illegal startposition for a Notation value"},
+		{6, [](WriterProbe& w) { w.writeUnparsedEntity("e", nullptr, "s", "n"); }, "Illegal startposition for an UnparsedEntity value"},
+		{0, [](WriterProbe& w) { w.writeUnexpandedEntityReference("e", nullptr, nullptr); }, "Illegal startposition for a UnexpandedEntityReference value"},
+	};
+	for (const Case& c: cases)
+	{
+		std::ostringstream out;
+		WriterProbe writer(out);
+		if (c.bitsBefore > 0) writer.writeBits(0, c.bitsBefore);
+		EXPECT_THROW_MESSAGE(c.call(writer), FISEncodingException, c.message);
+	}
+}
+
+
+TEST(WriterStructureTest, UnexpandedEntityReferenceLayout)
+{
+	// no event writes it: 110010 then system present, public absent, "e", "s"
+	std::ostringstream out;
+	Tests::WriterProbe writer(out);
+	writer.writeBits(0x32, 6);
+	const std::string systemId = "s";
+	writer.writeUnexpandedEntityReference("e", nullptr, &systemId);
+	EXPECT_EQ(0, writer.bitPos());
+	EXPECT_EQ(golden("CA 0065 0073"), hex(out.str()));
+}
