@@ -180,12 +180,11 @@ public:
 		data.clear();
 		Korvo::StringTokenizer tokens(str, " ", 0);
 		data.reserve(tokens.count());
-		std::string canonical;
+		std::string scratch;
 		for (const std::string& token: tokens)
 		{
 			T value;
-			canonical.clear();
-			if (!Traits::parse(token, value) || (Traits::append(canonical, value), canonical != token))
+			if (!Traits::parse(token, value) || !isCanonical(token, value, scratch))
 			{
 				data.clear();
 				return;
@@ -290,6 +289,14 @@ public:
 	}
 
 private:
+	static bool isCanonical(const std::string& token, T value, std::string& scratch)
+		/// Whether token is exactly the text that content() gives value.
+	{
+		scratch.clear();
+		Traits::append(scratch, value);
+		return scratch == token;
+	}
+
 	template <class SizeException>
 	static unsigned int readLength(BitStreamReader& reader)
 	{
