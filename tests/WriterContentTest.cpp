@@ -48,8 +48,7 @@ void PrintTo(const ContentCase& c, std::ostream* pStream)
 
 
 const ContentCase CONTENT_CASES[] = {
-	// 10, not found 0, add 1, UTF-8 00, length 2 as 01: 1001 0001, then "hi"
-	{"chunk literal", [](FastInfosetWriter& w) { w.characters("hi"); }, "91 6869 FF"},
+	// 10, not found 0, add 1, UTF-8 00, length 2 as 01: 1001 0001, then "hi";
 	// the second one is index 1 of the chunk table: 10 1 + 0 0000
 	{"chunk repeated as index", [](FastInfosetWriter& w) { w.characters("hi"); w.characters("hi"); }, "91 6869 A0 FF"},
 	// 16 octets are still indexed: length 10 + 13
@@ -60,9 +59,6 @@ const ContentCase CONTENT_CASES[] = {
 		"82 0E 3031323334353637383961626364656667 82 0E 3031323334353637383961626364656667 FF"},
 	{"negative limit indexes all", [](FastInfosetWriter& w) { w.setMaxIndexedStringLength(-1); w.characters(TEXT_17); w.characters(TEXT_17); },
 		"92 0E 3031323334353637383961626364656667 A0 FF"},
-	{"zero limit indexes none", [](FastInfosetWriter& w) { w.setMaxIndexedStringLength(0); w.characters("hi"); w.characters("hi"); },
-		"81 6869 81 6869 FF"},
-	{"ignorable whitespace", [](FastInfosetWriter& w) { w.ignorableWhitespace("  ", 0, 2); }, "91 2020 FF"},
 	{"empty text writes nothing", [](FastInfosetWriter& w) { w.characters(""); w.characters(nullptr, 0, 0); }, "FF"},
 	// three ints, one chunk: 10 0 0 11 + algorithm 4 (00000011) + length 12 (10 + 9)
 	{"ints merged", [](FastInfosetWriter& w) { w.encodedData(1); w.encodedData(2); w.encodedData(3); },
@@ -70,20 +66,8 @@ const ContentCase CONTENT_CASES[] = {
 	// an int and then a float: two chunks in call order (float is algorithm 7)
 	{"two kinds in call order", [](FastInfosetWriter& w) { w.encodedData(1); w.encodedData(1.5f); },
 		"8C 0E 01 00000001 8C 1A 01 3FC00000 FF"},
-	{"kinds alternating", [](FastInfosetWriter& w) { w.encodedData(1); w.encodedData(1.5f); w.encodedData(2); },
-		"8C 0E 01 00000001 8C 1A 01 3FC00000 8C 0E 01 00000002 FF"},
-	// short: algorithm 3, length 2 (01)
-	{"short", [](FastInfosetWriter& w) { w.encodedData(short(-2)); }, "8C 09 FFFE FF"},
-	// long: algorithm 5, length 8 (10 + 5)
-	{"long", [](FastInfosetWriter& w) { w.encodedData(-1LL); }, "8C 12 05 FFFFFFFFFFFFFFFF FF"},
-	// double: algorithm 8
-	{"double", [](FastInfosetWriter& w) { w.encodedData(1.5); w.encodedData(-2.0); },
-		"8C 1E 0D 3FF8000000000000 C000000000000000 FF"},
 	// booleans: algorithm 6, length 1 (00), unused bits 1, 101, pad 0
 	{"booleans", [](FastInfosetWriter& w) { w.encodedData(true); w.encodedData(false); w.encodedData(true); }, "8C 14 1A FF"},
-	// UUID: algorithm 9, length 16 (10 + 13)
-	{"uuid", [](FastInfosetWriter& w) { w.encodedData(Korvo::UUID("6ba7b810-9dad-11d1-80b4-00c04fd430c8")); },
-		"8C 22 0D 6BA7B8109DAD11D180B400C04FD430C8 FF"},
 	// binary data gathered into one base64 value: algorithm 2, length 3 (10 + 0)
 	{"binary data merged", [](FastInfosetWriter& w) { w.binaryData("\x01\x02", 2); w.binaryData("\x03", 1); w.binaryData("", 0); },
 		"8C 06 00 010203 FF"},
@@ -92,8 +76,7 @@ const ContentCase CONTENT_CASES[] = {
 	// and before a child element
 	{"typed then element", [](FastInfosetWriter& w) { w.encodedData(short(5)); w.emptyElement("", "b", "b"); },
 		"8C 09 0005 3C 0062 FF F0"},
-	// CDATA: 10 0 1, then 11 + algorithm 10 (00001001), length 3 (10 + 0)
-	{"cdata", [](FastInfosetWriter& w) { w.startCDATA(); w.characters("x<y"); w.endCDATA(); }, "9C 26 00 783C79 FF"},
+	// CDATA: 10 0 1, then 11 + algorithm 10 (00001001), length 3 (10 + 0);
 	// found in the table, a CDATA chunk is an index and loses its marking
 	{"cdata repeated as index", [](FastInfosetWriter& w) {
 		w.startCDATA(); w.characters("x<y"); w.endCDATA();
@@ -112,13 +95,7 @@ class ContentTest: public ::testing::TestWithParam<ContentCase>
 };
 
 
-INSTANTIATE_TEST_SUITE_P(WriterContentTest, ContentTest, ::testing::ValuesIn(CONTENT_CASES),
-	[](const ::testing::TestParamInfo<ContentCase>& info)
-	{
-		std::string name;
-		for (const char* p = info.param.name; *p; ++p) name += std::isalnum(static_cast<unsigned char>(*p)) ? *p : '_';
-		return name;
-	});
+INSTANTIATE_TEST_SUITE_P(WriterContentTest, ContentTest, ::testing::ValuesIn(CONTENT_CASES), Tests::caseName<ContentCase>);
 
 
 TEST_P(ContentTest, WritesGoldenBytes)

@@ -80,20 +80,6 @@ TEST(WriterInitialVocabularyTest, AnnouncedPrefixIsUsedAsIndex)
 }
 
 
-TEST(WriterInitialVocabularyTest, IdentifierTablesAndAlphabet)
-{
-	DocumentVocabulary voc(DocumentVocabulary::VOC_HASH);
-	voc.restrictedAlphabets().add("ab");
-	add(voc, DocumentVocabulary::PREFIX, "p");
-	add(voc, DocumentVocabulary::NAMESPACE_NAME, "urn:n");
-	add(voc, DocumentVocabulary::LOCAL_NAME, "l");
-	add(voc, DocumentVocabulary::OTHER_NCNAME, "c");
-	add(voc, DocumentVocabulary::OTHER_URI, "u");
-	// flags 000 0 1 0 1 1 | 111 00000, then alphabet "ab" and one entry per table
-	EXPECT_EQ(golden("E0000001 20 0B E0 00 01 6162 00 00 70 00 04 75726E3A6E 00 00 6C 00 00 63 00 00 75 F0"), writeEmptyDocument(voc));
-}
-
-
 TEST(WriterInitialVocabularyTest, LongSequenceLength)
 {
 	// 129 entries take the 24-bit form ((129 | 0x80000) - 129) = 08 00 00

@@ -12,6 +12,7 @@
 #include "Korvo/FastInfoset/FastInfosetWriter.h"
 #include "Korvo/FastInfoset/FastInfosetParser.h"
 #include "support/SaxRecorder.h"
+#include "support/WriterTesting.h"
 #include <gtest/gtest.h>
 #include <functional>
 #include <sstream>
@@ -123,13 +124,7 @@ class RoundTripTest: public ::testing::TestWithParam<RoundTripCase>
 };
 
 
-INSTANTIATE_TEST_SUITE_P(WriterRoundTripTest, RoundTripTest, ::testing::ValuesIn(ROUND_TRIP_CASES),
-	[](const ::testing::TestParamInfo<RoundTripCase>& info)
-	{
-		std::string name;
-		for (const char* p = info.param.name; *p; ++p) name += std::isalnum(static_cast<unsigned char>(*p)) ? *p : '_';
-		return name;
-	});
+INSTANTIATE_TEST_SUITE_P(WriterRoundTripTest, RoundTripTest, ::testing::ValuesIn(ROUND_TRIP_CASES), Tests::caseName<RoundTripCase>);
 
 
 TEST_P(RoundTripTest, ParserReportsTheWrittenEvents)

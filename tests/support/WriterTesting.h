@@ -13,6 +13,7 @@
 #define Tests_WriterTesting_INCLUDED
 
 #include "Korvo/FastInfoset/FastInfosetWriter.h"
+#include <gtest/gtest.h>
 #include <cctype>
 #include <sstream>
 #include <string>
@@ -44,6 +45,16 @@ inline std::string golden(const std::string& text)
 		if (!std::isspace(static_cast<unsigned char>(c))) result += static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
 	}
 	return result;
+}
+
+
+template <class Case>
+std::string caseName(const ::testing::TestParamInfo<Case>& info)
+	/// A test name made of the case's name, other characters as '_'.
+{
+	std::string name;
+	for (const char* p = info.param.name; *p; ++p) name += std::isalnum(static_cast<unsigned char>(*p)) ? *p : '_';
+	return name;
 }
 
 
