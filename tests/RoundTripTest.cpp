@@ -1,0 +1,343 @@
+//
+// RoundTripTest.cpp
+//
+// Writer to parser: the events that drove a FastInfosetWriter come back
+// from the parser; parser to writer: a parsed document re-encodes to the
+// same octets; documents of an independent implementation read completely.
+//
+
+#include "support/ParserTestSupport.h"
+#include "Korvo/FastInfoset/FastInfosetWriter.h"
+#include "Korvo/FastInfoset/FISException.h"
+#include "Poco/SAX/SAXParser.h"
+#include "Poco/SAX/InputSource.h"
+#include "Poco/DirectoryIterator.h"
+#include "Poco/Path.h"
+#include "Poco/UUID.h"
+#include <gtest/gtest.h>
+#include <algorithm>
+#include <fstream>
+#include <functional>
+#include <set>
+#include <sstream>
+
+using namespace Korvo::FastInfoset;
+using namespace Korvo::FastInfoset::Test;
+using Korvo::XML::XMLString;
+using Korvo::XML::AttributesImpl;
+
+
+namespace
+{
+	using Script = std::function<void(FastInfosetWriter&)>;
+
+	std::string write(const Script& script, bool xmlDeclaration = false)
+	{
+		std::ostringstream ostr;
+		FastInfosetWriter writer(ostr, xmlDeclaration, DocumentVocabulary::VOC_HASH);
+		script(writer);
+		return ostr.str();
+	}
+
+	AttributesImpl attributes(std::initializer_list<std::pair<const char*, const char*>> localNamesAndValues, const char* uri = "")
+	{
+		AttributesImpl attrs;
+		for (const auto& a: localNamesAndValues) attrs.addAttribute(uri, a.first, "", "CDATA", a.second);
+		return attrs;
+	}
+
+	const AttributesImpl NO_ATTRIBUTES;
+
+	struct RoundTripCase
+	{
+		const char* name;
+		Script script;
+		std::vector<std::string> typed;
+		std::vector<std::string> plain;   // empty: as typed
+	};
+
+	std::string readFile(const std::string& path)
+	{
+		std::ifstream istr(path, std::ios::binary);
+		std::ostringstream ostr;
+		ostr << istr.rdbuf();
+		return ostr.str();
+	}
+
+	class ContentSignature: public PlainSaxRecorder
+		/// What two encodings of one document must share: elements with their
+		/// namespace names and declarations, attributes (as a set), text with
+		/// adjacent chunks joined, comments and processing instructions.
+	{
+	public:
+		void startElement(const XMLString& uri, const XMLString& localName, const XMLString&, const Korvo::XML::Attributes& attrs) override
+		{
+			flushText();
+			std::set<std::string> sorted;
+			for (int i = 0; i < attrs.getLength(); ++i)
+			{
+				if (attrs.getQName(i).compare(0, 5, "xmlns") == 0) continue;
+				sorted.insert(attrs.getURI(i) + "|" + attrs.getLocalName(i) + "=" + attrs.getValue(i));
+			}
+			std::string event = "<" + uri + "|" + localName;
+			for (const auto& m: _mappings) event += " xmlns:" + m;
+			for (const auto& a: sorted) event += " " + a;
+			_mappings.clear();
+			record(event + ">");
+		}
+		void endElement(const XMLString& uri, const XMLString& localName, const XMLString&) override
+		{
+			flushText();
+			record("</" + uri + "|" + localName + ">");
+		}
+		void characters(const Korvo::XML::XMLChar ch[], int start, int length) override
+		{
+			_text.append(ch + start, length);
+		}
+		void processingInstruction(const XMLString& target, const XMLString& data) override
+		{
+			flushText();
+			record("<?" + target + " " + data + "?>");
+		}
+		void comment(const Korvo::XML::XMLChar ch[], int start, int length) override
+		{
+			flushText();
+			record("<!--" + std::string(ch + start, length) + "-->");
+		}
+		void startPrefixMapping(const XMLString& prefix, const XMLString& uri) override
+		{
+			_mappings.insert(prefix + "=" + uri);
+		}
+		void endPrefixMapping(const XMLString&) override {}
+		void setDocumentLocator(const Korvo::XML::Locator*) override {}
+		void startCDATA() override {}
+		void endCDATA() override {}
+		void startDTD(const XMLString&, const XMLString&, const XMLString&) override {}
+		void endDTD() override {}
+		void endDocument() override
+		{
+			flushText();
+			record("endDocument()");
+		}
+
+	private:
+		void flushText()
+		{
+			if (!_text.empty()) record("text(" + _text + ")");
+			_text.clear();
+		}
+
+		std::string _text;
+		std::set<std::string> _mappings;
+	};
+}
+
+
+TEST(RoundTripTest, WriterEventsComeBack)
+{
+	const Korvo::UUID uuid("6ba7b810-9dad-11d1-80b4-00c04fd430c8");
+	const RoundTripCase cases[] =
+	{
+		{"elements, attributes, text",
+			[](FastInfosetWriter& w)
+			{
+				w.startDocument();
+				w.startElement("", "root", "", NO_ATTRIBUTES);
+				w.characters("hello");
+				for (int i = 0; i < 2; ++i)
+				{
+					w.startElement("", "item", "item", attributes({{"id", "1"}, {"kind", "a value longer than sixteen octets"}}));
+					w.characters("hello");
+					w.endElement("", "item", "item");
+				}
+				w.endElement("", "root", "");
+				w.endDocument();
+			},
+			documentEvents({"startElement(|root|)", "characters(hello)",
+				"startElement(|item||attr(|id|||1)|attr(|kind|||a value longer than sixteen octets))", "characters(hello)", "endElement(|item|)",
+				"startElement(|item||attr(|id|||1)|attr(|kind|||a value longer than sixteen octets))", "characters(hello)", "endElement(|item|)",
+				"endElement(|root|)"}), {}},
+		{"namespaces",
+			[](FastInfosetWriter& w)
+			{
+				w.startDocument();
+				w.startPrefixMapping("p", "urn:p");
+				w.startPrefixMapping("", "urn:d");
+				AttributesImpl attrs;
+				attrs.addAttribute("urn:p", "a", "p:a", "CDATA", "1");
+				w.startElement("urn:p", "e", "p:e", attrs);
+				w.startElement("urn:g", "f", "", NO_ATTRIBUTES);    // no prefix yet: the writer declares ns1
+				w.endElement("urn:g", "f", "");
+				w.endElement("urn:p", "e", "p:e");
+				w.endPrefixMapping("p");
+				w.endPrefixMapping("");
+				w.endDocument();
+			},
+			documentEvents({"startPrefixMapping(|urn:d)", "startPrefixMapping(p|urn:p)", "startElement(urn:p|e|p:e|attr(urn:p|a|||1))",
+				"startPrefixMapping(ns1|urn:g)", "startElement(urn:g|f|ns1:f)", "endElement(urn:g|f|ns1:f)", "endPrefixMapping(ns1)",
+				"endElement(urn:p|e|p:e)", "endPrefixMapping(ns1)"}), {}},   // one shared list: the child's declarations
+		{"cdata, comments, processing instructions, doctype",
+			[](FastInfosetWriter& w)
+			{
+				w.startDocument();
+				w.startDTD("root", "-//pub", "root.dtd");
+				w.endDTD();
+				w.comment("note", 0, 4);
+				w.processingInstruction("target", "some data");
+				w.startElement("", "root", "", NO_ATTRIBUTES);
+				w.startCDATA();
+				w.characters("a<b");
+				w.endCDATA();
+				w.comment("note", 0, 4);
+				w.endElement("", "root", "");
+				w.endDocument();
+			},
+			documentEvents({"startDTD(|-//pub|root.dtd)", "endDTD()", "comment(note)", "processingInstruction(target|some data)",
+				"startElement(|root|)", "startCDATA()", "characters(a<b)", "endCDATA()", "comment(note)", "endElement(|root|)"}), {}},
+		{"typed values",
+			[&uuid](FastInfosetWriter& w)
+			{
+				w.startDocument();
+				w.startElement("", "root", "", NO_ATTRIBUTES);
+				w.encodedData(1);
+				w.encodedData(-2);
+				w.encodedData(1.5f);
+				w.encodedData(static_cast<short>(7));
+				w.encodedData(static_cast<long long>(-9000000000LL));
+				w.encodedData(true);
+				w.encodedData(false);
+				w.encodedData(0.25);
+				w.encodedData(uuid);
+				w.binaryData("\x01\x02\xFF", 3);
+				w.endElement("", "root", "");
+				w.endDocument();
+			},
+			documentEvents({"startElement(|root|)", "encodedData(int:1)", "encodedData(int:-2)", "encodedData(float:1.5)", "encodedData(short:7)",
+				"encodedData(long:-9000000000)", "encodedData(bool:true)", "encodedData(bool:false)", "encodedData(double:0.25)",
+				"encodedData(uuid:6ba7b810-9dad-11d1-80b4-00c04fd430c8)", "binaryData(0102ff)", "endElement(|root|)"}),
+			documentEvents({"startElement(|root|)", "characters(1 -2)", "characters(1.5)", "characters(7)", "characters(-9000000000)",
+				"characters(true false)", "characters(0.25)", "characters(6ba7b810-9dad-11d1-80b4-00c04fd430c8)", "characters(AQL/)",
+				"endElement(|root|)"})},
+		{"notations and unparsed entities",
+			[](FastInfosetWriter& w)
+			{
+				const XMLString pub("-//pub"), sys("image.png");
+				w.notationDecl("png", 0, &sys);
+				w.notationDecl("gif", &pub, 0);
+				w.unparsedEntityDecl("logo", 0, "logo.png", "png");
+				w.unparsedEntityDecl("icon", &pub, "icon.gif", "gif");
+				w.startDocument();
+				w.startElement("", "root", "", NO_ATTRIBUTES);
+				w.endElement("", "root", "");
+				w.endDocument();
+			},
+			{"notationDecl(png|<null>|image.png)", "notationDecl(gif|-//pub|<null>)", "unparsedEntityDecl(logo|<null>|logo.png|png)",
+				"unparsedEntityDecl(icon|-//pub|icon.gif|gif)", "startDocument()", "startElement(|root|)", "endElement(|root|)", "endDocument()"}, {}},
+	};
+	for (const auto& c: cases)
+	{
+		SCOPED_TRACE(c.name);
+		const std::string fis = write(c.script);
+		EXPECT_EQ(c.typed, parseToEvents(fis, TYPED_HANDLER)) << hexOf(fis);
+		EXPECT_EQ(c.plain.empty() ? c.typed : c.plain, parseToEvents(fis, PLAIN_HANDLER));
+	}
+}
+
+
+TEST(RoundTripTest, BothSidesNumberTheTablesAlike)
+{
+	// A parser that feeds a writer re-encodes a document to the same octets only
+	// if both number every name and string alike.
+	const std::string original = write([](FastInfosetWriter& w)
+	{
+		w.startDocument();
+		w.comment("c", 0, 1);
+		w.startPrefixMapping("p", "urn:p");
+		w.startElement("urn:p", "root", "p:root", attributes({{"a", "x"}}));
+		for (int i = 0; i < 3; ++i)
+		{
+			w.startElement("", "row", "", attributes({{"n", i == 1 ? "1" : "0"}, {"long", "a value longer than sixteen octets"}}));
+			w.characters(i == 2 ? "other text" : "text");
+			w.encodedData(i);
+			w.startCDATA();
+			w.characters("cdata");
+			w.endCDATA();
+			w.processingInstruction("pi", "data");
+			w.endElement("", "row", "");
+		}
+		w.endElement("urn:p", "root", "p:root");
+		w.endPrefixMapping("p");
+		w.endDocument();
+	}, true);
+
+	std::ostringstream copy;
+	FastInfosetWriter writer(copy);
+	FastInfosetParser parser;
+	parser.initialize(&writer);
+	parser.parseMemoryNP(original.data(), original.size());
+	EXPECT_EQ(hexOf(original), hexOf(copy.str()));
+}
+
+
+TEST(RoundTripTest, SecondDocumentOnTheSameParser)
+{
+	const std::string first = write([](FastInfosetWriter& w)
+	{
+		w.startDocument();
+		w.startElement("", "a", "", NO_ATTRIBUTES);
+		w.startElement("", "b", "", NO_ATTRIBUTES);
+		w.endElement("", "b", "");
+		w.endElement("", "a", "");
+		w.endDocument();
+	});
+	const std::string second = write([](FastInfosetWriter& w)
+	{
+		w.startDocument();
+		w.startElement("", "b", "", NO_ATTRIBUTES);
+		w.endElement("", "b", "");
+		w.endDocument();
+	});
+	FastInfosetParser parser;
+	parseToEvents(first, TYPED_HANDLER, &parser);
+	EXPECT_EQ(documentEvents({"startElement(|b|)", "endElement(|b|)"}), parseToEvents(second, TYPED_HANDLER, &parser));
+	EXPECT_EQ(2u, parser.vocabulary().elementVocabulary()->size());
+}
+
+
+TEST(RoundTripTest, PeerDocumentsReadCompletely)
+{
+	int documents = 0;
+	for (Korvo::DirectoryIterator it(std::string(KORVO_PEER_FIXTURES)), end; it != end; ++it)
+	{
+		Korvo::Path path(it.path());
+		if (path.getExtension() != "fi") continue;
+		SCOPED_TRACE(path.getFileName());
+		++documents;
+		const std::string fis = readFile(path.toString());
+
+		// Into a typed and into a plain handler, to the end.
+		std::vector<std::string> typed, plain;
+		ASSERT_NO_THROW(typed = parseToEvents(fis, TYPED_HANDLER));
+		ASSERT_NO_THROW(plain = parseToEvents(fis, PLAIN_HANDLER));
+		EXPECT_EQ("endDocument()", typed.back());
+		EXPECT_EQ("endDocument()", plain.back());
+
+		// The same content as the XML beside it.
+		ContentSignature fromFis, fromXml;
+		FastInfosetParser parser;
+		parser.setContentHandler(&fromFis);
+		parser.setProperty(Korvo::XML::XMLReader::PROPERTY_LEXICAL_HANDLER, static_cast<Korvo::XML::LexicalHandler*>(&fromFis));
+		parser.parseMemoryNP(fis.data(), fis.size());
+
+		Korvo::XML::SAXParser xmlParser;
+		xmlParser.setFeature(Korvo::XML::XMLReader::FEATURE_NAMESPACES, true);
+		xmlParser.setFeature(Korvo::XML::XMLReader::FEATURE_NAMESPACE_PREFIXES, true);
+		xmlParser.setContentHandler(&fromXml);
+		xmlParser.setProperty(Korvo::XML::XMLReader::PROPERTY_LEXICAL_HANDLER, static_cast<Korvo::XML::LexicalHandler*>(&fromXml));
+		Korvo::Path xmlPath(path);
+		xmlPath.setExtension("xml");
+		xmlParser.parse(xmlPath.toString());
+		EXPECT_EQ(fromXml.events(), fromFis.events());
+	}
+	EXPECT_EQ(6, documents);
+}
