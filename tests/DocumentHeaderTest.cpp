@@ -26,9 +26,6 @@ using namespace Tests::Bits;
 namespace {
 
 
-const std::string DECLARATION = "<?xml encoding='finf'?>";
-
-
 std::string preHeaderOf(BitStreamReader& reader)
 {
 	std::string declaration = "left over";
@@ -37,56 +34,32 @@ std::string preHeaderOf(BitStreamReader& reader)
 }
 
 
-struct HeaderReader
-	/// A stream reader over a document, to read its header and what follows.
-{
-	explicit HeaderReader(const std::string& document):
-		in(document),
-		reader(in)
-	{
-	}
-
-	Decoder::OpenHeaderParts header(DocumentVocabulary& voc)
-	{
-		preHeaderOf(reader);
-		return Decoder::documentHeader(reader, voc, nullptr);
-	}
-
-	std::istringstream in;
-	BitStreamReader reader;
-};
-
-
 } // namespace
 
 
-TEST(DocumentHeaderTest, WriterPreHeader)
+TEST(DocumentHeaderTest, PreHeaderWrittenAndRead)
 {
+	const std::string declaration = "<?xml encoding='finf'?>";
 	for (bool withDeclaration: {false, true})
 	{
 		std::ostringstream out;
-		BitStreamWriter writer(out, false);
+		BitStreamWriter writer(out, true);
 		Encoder::documentPreHeader(writer, withDeclaration);
 		EXPECT_EQ(1, writer.bitPos());
 		writer.complete(false);
 		// identification E0 00, version 00 01, the '0' bit and seven clear flags
-		EXPECT_EQ(toHex((withDeclaration ? DECLARATION : "") + fromHex("E0000001 00")), toHex(out.str()));
+		EXPECT_EQ(toHex((withDeclaration ? declaration : "") + fromHex("E0000001 00")), toHex(out.str()));
 	}
-}
 
-
-TEST(DocumentHeaderTest, DeclarationIsReturnedVerbatim)
-{
-	for (const std::string& declaration: {std::string(), DECLARATION,
-		std::string("<?xml version='1.0' encoding='finf' standalone='yes'?>"), std::string("<?xml encoding=\"finf\"  ?>")})
+	for (const std::string& text: {std::string(), declaration, std::string("<?xml version='1.0' encoding='finf' standalone='yes'?>")})
 	{
-		const std::string data = declaration + fromHex("E0000001 00");
+		const std::string data = text + fromHex("E0000001 00");
 		std::istringstream in(data);
-		BitStreamReader streamReader(in);
-		BitStreamReader memoryReader(data.data(), static_cast<unsigned int>(data.size()));
-		for (BitStreamReader* pReader: {&streamReader, &memoryReader})
+		BitStreamReader stream(in);
+		BitStreamReader memory(data.data(), static_cast<unsigned int>(data.size()));
+		for (BitStreamReader* pReader: {&stream, &memory})
 		{
-			EXPECT_EQ(declaration, preHeaderOf(*pReader));
+			EXPECT_EQ(text, preHeaderOf(*pReader));
 			EXPECT_EQ(1, pReader->bitPos());
 		}
 	}
@@ -97,29 +70,29 @@ TEST(DocumentHeaderTest, BadIdentificationVersionOrTruncation)
 {
 	const char* const invalidHeader = "Not a valid Fast Infoset document (invalid header)";
 	const char* const endOfHeader = "Unexpected end of stream while reading document header";
+	const char* const endOfDeclaration = "Unexpected end of stream while parsing octet string";
 	const struct
 	{
 		std::string data;
-		bool structural; // FISException rather than FISParseException
+		bool structural; // FISException itself, else FISParseException
 		const char* message;
 	}
 	cases[] =
 	{
 		{fromHex("00000001 00"), true, invalidHeader},
 		{fromHex("E0010001 00"), true, invalidHeader},
-		{fromHex("E0000002 00"), true, "Unsupported Fast Infoset document version"},
-		{fromHex("E0000000 00"), true, "Unsupported Fast Infoset document version"},
+		{"<?xml?>" + fromHex("00000001 00"), true, invalidHeader},
 		{"", true, invalidHeader},
 		{fromHex("E0"), true, invalidHeader},
-		{"<?xml?>" + fromHex("00000001 00"), true, invalidHeader},
-		{"<?xml?>", true, invalidHeader},
+		{fromHex("E0000002 00"), true, "Unsupported Fast Infoset document version"},
+		{fromHex("E0000000 00"), true, "Unsupported Fast Infoset document version"},
 		{fromHex("E000 00"), false, endOfHeader},
 		{fromHex("E0000001"), false, endOfHeader},
-		{"<?xml version='1.0'", false, "Unexpected end of stream while parsing octet string"},
+		{"<?" + std::string(1024*1024, 'x'), false, endOfDeclaration},
 	};
 	for (const auto& c: cases)
 	{
-		SCOPED_TRACE(toHex(c.data));
+		SCOPED_TRACE(toHex(c.data.substr(0, 8)));
 		std::istringstream in(c.data);
 		BitStreamReader reader(in);
 		if (c.structural)
@@ -127,17 +100,9 @@ TEST(DocumentHeaderTest, BadIdentificationVersionOrTruncation)
 		else
 			EXPECT_THROW_EXACT(preHeaderOf(reader), FISParseException, c.message);
 	}
-}
-
-
-TEST(DocumentHeaderTest, UnterminatedDeclarationEndsAtTheEndOfTheData)
-{
-	const std::string data = "<?" + std::string(1024*1024, 'x');
-	std::istringstream in(data);
-	BitStreamReader streamReader(in);
-	BitStreamReader memoryReader(data.data(), static_cast<unsigned int>(data.size()));
-	for (BitStreamReader* pReader: {&streamReader, &memoryReader})
-		EXPECT_THROW_EXACT(preHeaderOf(*pReader), FISParseException, "Unexpected end of stream while parsing octet string");
+	const std::string unterminated = "<?xml version='1.0'";
+	BitStreamReader memory(unterminated.data(), static_cast<unsigned int>(unterminated.size()));
+	EXPECT_THROW_EXACT(preHeaderOf(memory), FISParseException, endOfDeclaration);
 }
 
 
@@ -157,6 +122,7 @@ TEST(DocumentHeaderTest, FlagsAreHandedBackAndTheVocabularyStartsFresh)
 		{"02", false, false, false, true, false},
 		{"01", false, false, false, false, true},
 		{"1F", true, true, true, true, true},
+		{"40 00 01 6964 01 6464", false, false, false, false, false}, // additional data "id": "dd"
 	};
 	for (const auto& c: cases)
 	{
@@ -164,35 +130,22 @@ TEST(DocumentHeaderTest, FlagsAreHandedBackAndTheVocabularyStartsFresh)
 		bool existed;
 		voc.index(DocumentVocabulary::PREFIX, "left from the last document", existed);
 
-		HeaderReader document(fromHex("E0000001") + fromHex(c.flags));
-		Decoder::OpenHeaderParts parts = document.header(voc);
+		std::istringstream in(fromHex("E0000001") + fromHex(c.flags) + fromHex("AB"));
+		BitStreamReader reader(in);
+		preHeaderOf(reader);
+		Decoder::OpenHeaderParts parts = Decoder::documentHeader(reader, voc, nullptr);
 		EXPECT_EQ(c.notations, parts.hasNotations) << c.flags;
 		EXPECT_EQ(c.unparsedEntities, parts.hasUnparsedEntities) << c.flags;
 		EXPECT_EQ(c.characterEncodingScheme, parts.hasCharacterEncodingScheme) << c.flags;
 		EXPECT_EQ(c.standalone, parts.standalone) << c.flags;
 		EXPECT_EQ(c.version, parts.hasVersion) << c.flags;
-		EXPECT_EQ(0, document.reader.bitPos());
 		EXPECT_EQ(2u, voc.vocabulary(DocumentVocabulary::PREFIX)->size()) << c.flags;
+		unsigned char next;
+		EXPECT_TRUE(reader.read(next, 8) && next == 0xAB) << c.flags;
 	}
-}
 
-
-TEST(DocumentHeaderTest, AdditionalDataIsSkipped)
-{
-	// flags: additional data; one entry, identifier "id", data "dd"; then the octet AB
-	HeaderReader document(fromHex("E0000001 40 00 01 6964 01 6464 AB"));
-	DocumentVocabulary voc(DocumentVocabulary::VOC_MAP);
-	document.header(voc);
-	unsigned char next;
-	ASSERT_TRUE(document.reader.read(next, 8));
-	EXPECT_EQ(0xAB, next);
-}
-
-
-TEST(DocumentHeaderTest, HeaderFlagsMustFollowThePreHeader)
-{
-	const std::string data = fromHex("00 00");
-	BitStreamReader reader(data.data(), 2);
+	const char octet = 0;
+	BitStreamReader reader(&octet, 1);
 	DocumentVocabulary voc;
 	EXPECT_ASSERTION(Decoder::documentHeader(reader, voc, nullptr), "aReader.bitPos() == 1");
 }
