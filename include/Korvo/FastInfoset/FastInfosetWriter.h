@@ -240,8 +240,16 @@ protected:
 	BitStreamWriter& bitWriter();
 		/// The bit stream the document is written to.
 
+	// The item writers below require the bit position at which their item
+	// starts and throw FISEncodingException "Illegal startposition for ..."
+	// anywhere else. Those that return a number return the index of the name
+	// or string in its table (0 for a value that is not indexed).
+
 	// Header, initial vocabulary and declaration lists
 	void writeHeader();
+		/// Writes everything up to the document's first child. A document
+		/// vocabulary that adds values, chunks, other strings or names to a
+		/// fresh one cannot be announced: the bit writer's assertion stops it.
 	void writeInitialVocabulary(const DocumentVocabulary& voc);
 	void writeExternalVocabulary(const std::string& uri);
 	void writeRestrictedAlphabet(const DocumentRestrictedAlphabet& alphabets);
