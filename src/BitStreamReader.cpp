@@ -190,6 +190,18 @@ void BitStreamReader::skipToByteStart()
 }
 
 
+bool BitStreamReader::canRead(int numBits)
+{
+	if (cachedBits() >= numBits) return true;
+	if (!_pStream)
+	{
+		slideWindow();
+		return cachedBits() >= numBits;
+	}
+	return hasBits(numBits);
+}
+
+
 bool BitStreamReader::hasBits(int numBits)
 {
 	if (cachedBits() >= numBits) return true;

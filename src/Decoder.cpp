@@ -396,23 +396,29 @@ void Decoder::documentPreHeader(BitStreamReader& aReader, std::string& xmlDeclar
 {
 	xmlDeclaration.clear();
 
-	// Data too short to hold the identification is not a document either.
-	unsigned short identification;
-	if (!aReader.read(identification, 16)) identification = 0;
+	// The header is read with canRead() first, so that short data is reported
+	// as such by memory readers too. Data too short for the identification is
+	// no document at all.
+	unsigned short identification = 0;
+	if (aReader.canRead(16)) aReader.read(identification, 16);
 	if (identification == Encoder::XMLDECLARATION)
 	{
 		xmlDeclaration = "<?";
 		xmlDeclarationRest(aReader, xmlDeclaration);
-		if (!aReader.read(identification, 16)) identification = 0;
+		identification = 0;
+		if (aReader.canRead(16)) aReader.read(identification, 16);
 	}
 	if (identification != Encoder::DOCUMENTSTART)
 		throw FISException("Not a valid Fast Infoset document (invalid header)");
 
 	unsigned short version;
-	expect(aReader.read(version, 16), END_OF_HEADER);
+	expect(aReader.canRead(16) && aReader.read(version, 16), END_OF_HEADER);
 	if (version != VERSION)
 		throw FISException("Unsupported Fast Infoset document version");
-	skipPadding(aReader, 1, END_OF_HEADER);
+
+	// The '0' bit, and the seven flags that documentHeader() reads.
+	expect(aReader.canRead(8), END_OF_HEADER);
+	aReader.skip(1);
 }
 
 

@@ -245,6 +245,8 @@ TEST(BitStreamReaderTest, EndOfStream)
 	// Reads wider than the rest fail and consume nothing, never showing older buffer octets.
 	std::istringstream shortIn(fromHex("0F"));
 	BitStreamReader shortReader(shortIn);
+	EXPECT_TRUE(shortReader.canRead(8));
+	EXPECT_FALSE(shortReader.canRead(9));
 	unsigned short wide = 1;
 	unsigned long long widest = 1;
 	unsigned char octet;
@@ -292,6 +294,7 @@ TEST(BitStreamReaderTest, MemoryReaderMisuseAndStreamErrors)
 	reader.skip(12);
 	EXPECT_TRUE(reader.read(octet, 4));
 	EXPECT_FALSE(reader.eof());
+	EXPECT_FALSE(reader.canRead(1)); // asks without failing
 	EXPECT_ASSERTION(reader.read(octet, 1), "_pStream");
 	EXPECT_ASSERTION(reader.skip(1), "_pStream");
 	BitStreamReader unaligned(data.data(), 2);

@@ -79,6 +79,11 @@ public:
 	void skipToByteStart();
 		/// Skips the rest of a partly read octet.
 
+	bool canRead(int numBits);
+		/// True when numBits more bits can be read; refills a stream reader
+		/// when needed. Unlike a read, it never fails an assertion on a
+		/// memory reader, so a caller can tell short data from bad data.
+
 	bool eof() const;
 		/// True when no data is buffered and none can follow. A buffer whose
 		/// bits have all been read still counts as data.
