@@ -330,6 +330,8 @@ void FastInfosetParser::parseMemoryNP(const char* xml, std::size_t size)
 void FastInfosetParser::parseDocument(BitStreamReader& aReader)
 {
 	_openElements.clear();
+	_elementNames.clear();
+	_attributeNames.clear();
 	Decoder::documentPreHeader(aReader, _literalBuffer);
 	if (_pDocumentHandler) _pDocumentHandler->setWriteXMLDeclaration(!_literalBuffer.empty());
 	Decoder::OpenHeaderParts parts = Decoder::documentHeader(aReader, _vocabulary, _pDocumentHandler);
@@ -590,7 +592,7 @@ void FastInfosetParser::parseQualifiedNameOrIndex(BitStreamReader& aReader, Reso
 	{
 		unsigned index = 0;
 		Decoder::integer(aReader, index);
-		resolve(getQualifiedNameEntry(index, isElement), qualName);
+		qualName = resolvedName(index, isElement);
 	}
 	else
 	{
@@ -605,11 +607,35 @@ void FastInfosetParser::parseQualifiedNameOrIndex(BitStreamReader& aReader, Reso
 		qualName.pUri = namespacePresent ? &parseIdentifyingStringOrIndex(aReader, DocumentVocabulary::NAMESPACE_NAME, namespaceIndex) : &EMPTY_STRING;
 		qualName.pLocalName = &parseIdentifyingStringOrIndex(aReader, DocumentVocabulary::LOCAL_NAME, localNameIndex);
 		bool existed = false;
-		getQNameVocabulary(isElement).index(QualifiedNameEntry(prefixIndex, namespaceIndex, localNameIndex), existed);
+		unsigned index = getQNameVocabulary(isElement).index(QualifiedNameEntry(prefixIndex, namespaceIndex, localNameIndex), existed);
+		rememberName(index, isElement, qualName);
 	}
 	poco_assert (qualName.pPrefix != 0);
 	poco_assert (qualName.pUri != 0);
 	poco_assert (qualName.pLocalName != 0);
+}
+
+
+const FastInfosetParser::ResolvedQualName& FastInfosetParser::resolvedName(unsigned index, bool isElement)
+{
+	// Names given by index are resolved once per document; the strings they
+	// point at never move while the document is read.
+	std::vector<ResolvedQualName>& names = isElement ? _elementNames : _attributeNames;
+	if (index >= names.size() || !names[index].pLocalName)
+	{
+		ResolvedQualName qualName;
+		resolve(getQualifiedNameEntry(index, isElement), qualName);
+		rememberName(index, isElement, qualName);
+	}
+	return names[index];
+}
+
+
+void FastInfosetParser::rememberName(unsigned index, bool isElement, const ResolvedQualName& qualName)
+{
+	std::vector<ResolvedQualName>& names = isElement ? _elementNames : _attributeNames;
+	if (index >= names.size()) names.resize(index + 1);
+	names[index] = qualName;
 }
 
 

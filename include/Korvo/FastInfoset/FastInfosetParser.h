@@ -238,6 +238,8 @@ private:
 	const std::string& tableString(DocumentVocabulary::ID id, unsigned index) const;
 	const std::string& nameString(DocumentVocabulary::ID id, unsigned index) const;
 	void resolve(const QualifiedNameEntry& entry, ResolvedQualName& qualName) const;
+	const ResolvedQualName& resolvedName(unsigned index, bool isElement);
+	void rememberName(unsigned index, bool isElement, const ResolvedQualName& qualName);
 	const Korvo::XML::XMLString& qualifiedName(const ResolvedQualName& qualName);
 	Korvo::AutoPtr<Encoding> decodeAlgorithm(BitStreamReader& aReader, unsigned index);
 	void deliver(const Encoding& value);
@@ -266,6 +268,10 @@ private:
 	Korvo::AutoPtr<Encoding>     _pAlgorithmValue;
 		/// Keeps the last algorithm value alive while its text is in use.
 	std::vector<ResolvedQualName> _openElements;
+	std::vector<ResolvedQualName> _elementNames;
+		/// Element-name table entries resolved so far, by index.
+	std::vector<ResolvedQualName> _attributeNames;
+		/// Attribute-name table entries resolved so far, by index.
 };
 
 
