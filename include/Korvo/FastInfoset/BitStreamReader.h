@@ -51,6 +51,7 @@ public:
 	~BitStreamReader();
 
 	bool read(bool& value);
+		/// Reads one bit.
 
 	bool peek(unsigned char& value, int numBits);
 	bool peek(char& value, int numBits);
@@ -72,7 +73,8 @@ public:
 
 	bool read(std::string& str, unsigned int numCharacters);
 		/// Reads numCharacters octets into str; in bulk at an octet boundary.
-		/// At an octet boundary, data that ends early throws FISParseException.
+		/// At an octet boundary, data that ends early throws FISParseException;
+		/// elsewhere the octets that exist are read and the result is false.
 
 	void skip(int bits);
 		/// Skips bits; at the end of the data the reader stays at the end.
@@ -80,7 +82,7 @@ public:
 		/// Skips the rest of a partly read octet.
 
 	bool canRead(int numBits);
-		/// True when numBits more bits can be read; refills a stream reader
+		/// True when numBits (up to 64) more bits can be read; refills a stream reader
 		/// when needed. Unlike a read, it never fails an assertion on a
 		/// memory reader, so a caller can tell short data from bad data.
 
