@@ -333,6 +333,15 @@ void FastInfosetWriter::requireState(State state, const char* message) const
 }
 
 
+void FastInfosetWriter::requireElementContent() const
+{
+	// Character chunks are children of elements only, in a CDATA section or not.
+	std::size_t top = _states.size() - 1;
+	if (_states[top] == IN_CDATA && top > 0) --top;
+	if (_states[top] != IN_ELEMENT) throw FISException("Character data not allowed outside an element");
+}
+
+
 void FastInfosetWriter::padToOctet()
 {
 	// Closes a pending terminator with '0' bits. Unlike complete(false) it
@@ -634,6 +643,7 @@ void FastInfosetWriter::characters(const XMLString& str)
 {
 	// No chunk can hold an empty string, and zero characters are no content.
 	if (str.empty()) return;
+	requireElementContent();
 	handleEncodedData();
 	padToOctet();
 	_writer.write(CHARACTER_CHUNK, 2);
@@ -700,6 +710,7 @@ void FastInfosetWriter::encodedData(const Korvo::UUID& uuid)
 
 void FastInfosetWriter::insertEncoding(const Encoding::Ptr& pEncoding)
 {
+	requireElementContent();
 	if (_encodings.empty() || !_encodings.back()->merge(*pEncoding)) _encodings.push_back(pEncoding);
 }
 
@@ -873,6 +884,9 @@ void FastInfosetWriter::comment(const XMLChar ch[], int start, int length)
 	{
 		poco_check_ptr (ch);
 	}
+	// A document type declaration holds processing instructions only, so the
+	// comments of an internal subset cannot be kept.
+	if (_states.back() == IN_DTD) return;
 	handleEncodedData();
 	padToOctet();
 	_writer.write(COMMENT, 8);

@@ -203,3 +203,26 @@ TEST(WriterContentTest, FullChunkTableThrowsPoolOverflow)
 	EXPECT_THROW_MESSAGE(writer.comment("new", 0, 3), Korvo::PoolOverflowException, "Vocabulary hash table full");
 	writer.comment("c0", 0, 2);
 }
+
+
+TEST(WriterContentTest, CharacterDataOnlyInsideElements)
+{
+	const std::string message = "Character data not allowed outside an element";
+	std::ostringstream out;
+	FastInfosetWriter writer(out);
+	EXPECT_THROW_MESSAGE(writer.characters("x"), FISException, message);
+	writer.startDocument();
+	EXPECT_THROW_MESSAGE(writer.characters("x"), FISException, message);
+	EXPECT_THROW_MESSAGE(writer.encodedData(1), FISException, message);
+	EXPECT_THROW_MESSAGE(writer.binaryData("x", 1), FISException, message);
+	writer.startCDATA();
+	EXPECT_THROW_MESSAGE(writer.characters("x"), FISException, message);
+	writer.endCDATA();
+	writer.startDTD("r", "", "");
+	EXPECT_THROW_MESSAGE(writer.characters("x"), FISException, message);
+	// a comment of the internal subset has no place in the declaration
+	writer.comment("c", 0, 1);
+	writer.endDTD();
+	writer.endDocument();
+	EXPECT_EQ(golden(HEADER + "C4 FF"), hex(out.str()));
+}

@@ -59,7 +59,8 @@ class FastInfoset_API FastInfosetWriter: public FISContentHandler, public Korvo:
 	///
 	/// The stream is borrowed and must outlive the writer. A failing stream
 	/// throws IOException. Sequencing faults throw FISException (misnested
-	/// calls) or FISEncodingException (an item at an impossible position).
+	/// calls, character data or typed values outside an element) or
+	/// FISEncodingException (an item at an impossible position).
 {
 public:
 	enum State
@@ -190,7 +191,9 @@ public:
 
 	void comment(const Korvo::XML::XMLChar ch[], int start, int length);
 		/// Writes the length characters at ch + start as a comment. Throws
-		/// std::out_of_range for a negative start or length.
+		/// std::out_of_range for a negative start or length. Comments inside
+		/// the document type declaration are dropped: the format has no place
+		/// for them there.
 
 	// DTDHandler
 	void notationDecl(const Korvo::XML::XMLString& name, const Korvo::XML::XMLString* publicId, const Korvo::XML::XMLString* systemId);
@@ -302,6 +305,7 @@ private:
 		/// The prefix and local name an element is written with, declaring
 		/// its prefix when needed.
 	void requireState(State state, const char* message) const;
+	void requireElementContent() const;
 	void padToOctet();
 	void writeTerminator();
 	bool isIndexable(std::size_t length) const;
