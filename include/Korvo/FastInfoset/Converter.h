@@ -44,10 +44,20 @@ public:
 	};
 
 	static void convertToFIS(std::istream& input, std::ostream& output, int maxIndexedStringLength = 16, int options = 0);
-		/// Reads XML text from input and writes a Fast Infoset document to output.
+		/// Reads XML text from input and writes a Fast Infoset document, without
+		/// XML declaration, to output. Attribute values and text chunks of at
+		/// most maxIndexedStringLength octets are indexed (negative: all).
+		/// Any option sharing a bit with CONV_REMOVE_IGNORABLE_WHITESPACE
+		/// drops whitespace-only text. XML syntax errors throw the toolkit's
+		/// SAXParseException.
 
 	static void convertToXML(std::istream& input, std::ostream& output, int options = CONV_WRITE_XML_DECLARATION);
-		/// Reads a Fast Infoset document from input and writes XML text to output.
+		/// Reads a Fast Infoset document from input and writes XML text to
+		/// output, with an XML declaration and indentation as options say.
+		/// A document type declaration is written with the root element's
+		/// qualified name (the Fast Infoset form keeps none), processing
+		/// instructions inside it as its internal subset. Faults of the
+		/// document throw FISException and its subclasses.
 };
 
 

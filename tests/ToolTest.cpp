@@ -1,0 +1,301 @@
+//
+// ToolTest.cpp
+//
+// The fastinfoset program as a user runs it: exit statuses, messages that
+// name the file, outputs that appear only when complete, pipes, and the
+// round trip of the bundled samples.
+//
+
+#include "Korvo/FastInfoset/Converter.h"
+#include "DocumentEvents.h"
+#include "Poco/Process.h"
+#include "Poco/Pipe.h"
+#include "Poco/PipeStream.h"
+#include "Poco/File.h"
+#include "Poco/Path.h"
+#include "Poco/TemporaryFile.h"
+#include "Poco/StreamCopier.h"
+#include <gtest/gtest.h>
+#include <algorithm>
+#include <csignal>
+#include <fstream>
+#include <sstream>
+
+using namespace Korvo::FastInfoset;
+
+
+namespace {
+
+
+struct ToolRun
+{
+	int status;
+	std::string out;
+	std::string err;
+};
+
+
+ToolRun runTool(const std::vector<std::string>& arguments, const std::string& input = std::string())
+{
+	Poco::Pipe inPipe, outPipe, errPipe;
+	Poco::ProcessHandle process = Poco::Process::launch(KORVO_TOOL_PATH, arguments, &inPipe, &outPipe, &errPipe);
+	{
+		Poco::PipeOutputStream toTool(inPipe);
+		toTool << input;
+		toTool.close();
+	}
+	ToolRun run;
+	Poco::PipeInputStream fromTool(outPipe), errorsOfTool(errPipe);
+	Poco::StreamCopier::copyToString(fromTool, run.out);
+	Poco::StreamCopier::copyToString(errorsOfTool, run.err);
+	run.status = process.wait();
+	return run;
+}
+
+
+std::string readFile(const std::string& path)
+{
+	std::ifstream input(path, std::ios::binary);
+	std::ostringstream content;
+	content << input.rdbuf();
+	return content.str();
+}
+
+
+std::vector<std::string> eventsOf(const std::string& xml)
+{
+	Tool::DocumentEvents events;
+	std::istringstream input(xml);
+	events.readXML(input);
+	return events.lines();
+}
+
+
+const std::string XML = "<?xml version='1.0'?><!-- c --><r xmlns='urn:r' a='1'><i>x</i><i>x</i><?p d?></r>";
+
+
+class ToolTest: public ::testing::Test
+{
+protected:
+	static void SetUpTestSuite()
+	{
+		// A tool that exits before reading its input must not kill us.
+		std::signal(SIGPIPE, SIG_IGN);
+	}
+
+	void SetUp() override
+	{
+		_directory = Poco::TemporaryFile::tempName();
+		Poco::File(_directory).createDirectories();
+	}
+
+	void TearDown() override
+	{
+		Poco::File(_directory).remove(true);
+	}
+
+	std::string path(const std::string& name) const
+	{
+		return Poco::Path(Poco::Path::forDirectory(_directory), name).toString();
+	}
+
+	std::string write(const std::string& name, const std::string& content) const
+	{
+		std::ofstream output(path(name), std::ios::binary);
+		output << content;
+		return path(name);
+	}
+
+	std::vector<std::string> directoryContents() const
+	{
+		std::vector<std::string> names;
+		Poco::File(_directory).list(names);
+		std::sort(names.begin(), names.end());
+		return names;
+	}
+
+	std::string _directory;
+};
+
+
+} // namespace
+
+
+TEST_F(ToolTest, HelpDescribesEveryCommand)
+{
+	for (const char* help: {"--help", "-h", "help"})
+	{
+		const ToolRun run = runTool({help});
+		EXPECT_EQ(0, run.status);
+		for (const char* word: {"encode", "decode", "inspect", "roundtrip", "--max-indexed-length", "--strip-whitespace", "--pretty", "Exit status"})
+			EXPECT_NE(std::string::npos, run.out.find(word)) << word;
+	}
+}
+
+
+TEST_F(ToolTest, WrongUsageExitsWithTwo)
+{
+	const std::vector<std::vector<std::string>> usages =
+	{
+		{},
+		{"frobnicate"},
+		{"encode", "only-one.xml"},
+		{"encode", "a.xml", "b.fi", "c"},
+		{"encode", "-m", "many", "a.xml", "b.fi"},
+		{"encode", "-m"},
+		{"decode", "--bogus", "a.fi", "b.xml"},
+		{"inspect"},
+		{"roundtrip"},
+	};
+	for (const auto& usage: usages)
+	{
+		const ToolRun run = runTool(usage);
+		EXPECT_EQ(2, run.status) << (usage.empty() ? std::string("(none)") : usage[0]);
+		EXPECT_NE(std::string::npos, run.err.find("fastinfoset")) << run.err;
+	}
+}
+
+
+TEST_F(ToolTest, EncodesAndDecodesFiles)
+{
+	const std::string xml = write("doc.xml", XML);
+	ASSERT_EQ(0, runTool({"encode", xml, path("doc.fi")}).status);
+	const std::string fis = readFile(path("doc.fi"));
+	EXPECT_EQ(std::string("\xe0\x00\x00\x01", 4), fis.substr(0, 4));
+
+	ASSERT_EQ(0, runTool({"decode", path("doc.fi"), path("back.xml")}).status);
+	const std::string back = readFile(path("back.xml"));
+	EXPECT_EQ(0u, back.rfind("<?xml version=\"1.0\" encoding=\"UTF-8\"?>", 0));
+	EXPECT_EQ(eventsOf(XML), eventsOf(back));
+
+	ASSERT_EQ(0, runTool({"decode", "--no-declaration", "--pretty", path("doc.fi"), path("pretty.xml")}).status);
+	const std::string pretty = readFile(path("pretty.xml"));
+	EXPECT_EQ('<', pretty.at(0));
+	EXPECT_NE(pretty.rfind("<?xml", 0), 0u);
+	EXPECT_NE(std::string::npos, pretty.find("\n\t<i>"));
+}
+
+
+TEST_F(ToolTest, EncodeOptionsReachTheConverter)
+{
+	const std::string spaced = "<r>\n  <i>a value longer than four</i>\n  <i>a value longer than four</i>\n</r>";
+	for (const auto& options: std::vector<std::pair<std::vector<std::string>, int>>{
+		{{"-w"}, Converter::CONV_REMOVE_IGNORABLE_WHITESPACE},
+		{{"-m", "4"}, 0},
+		{{"--max-indexed-length=-1", "--strip-whitespace"}, Converter::CONV_REMOVE_IGNORABLE_WHITESPACE}})
+	{
+		std::vector<std::string> arguments{"encode"};
+		arguments.insert(arguments.end(), options.first.begin(), options.first.end());
+		arguments.insert(arguments.end(), {"-", "-"});
+		const ToolRun run = runTool(arguments, spaced);
+		ASSERT_EQ(0, run.status) << run.err;
+
+		const int maxIndexed = options.first[0] == "-m" ? 4 : options.first[0] == "-w" ? 16 : -1;
+		std::istringstream input(spaced);
+		std::ostringstream expected;
+		Converter::convertToFIS(input, expected, maxIndexed, options.second);
+		EXPECT_EQ(expected.str(), run.out) << options.first[0];
+	}
+}
+
+
+TEST_F(ToolTest, WorksThroughPipes)
+{
+	const ToolRun encoded = runTool({"encode", "-", "-"}, XML);
+	ASSERT_EQ(0, encoded.status) << encoded.err;
+	const ToolRun decoded = runTool({"decode", "-", "-"}, encoded.out);
+	ASSERT_EQ(0, decoded.status) << decoded.err;
+	EXPECT_EQ(eventsOf(XML), eventsOf(decoded.out));
+}
+
+
+TEST_F(ToolTest, FailuresNameTheFileAndLeaveNoOutput)
+{
+	std::istringstream xmlInput(XML);
+	std::ostringstream fis;
+	Converter::convertToFIS(xmlInput, fis, 16, 0);
+	const std::string truncated = fis.str().substr(0, fis.str().size() - 3);
+
+	struct Case { const char* command; const char* content; std::size_t size; const char* message; };
+	const Case cases[] =
+	{
+		{"encode", "<r><i></r>", 10, "SAXParseException"},
+		{"encode", "", 0, "SAXParseException"},
+		{"decode", truncated.data(), truncated.size(), "FastInfoset Parse Exception"},
+		{"decode", "<r/>", 4, "Not a valid Fast Infoset document (invalid header)"},
+		{"inspect", truncated.data(), truncated.size(), "FastInfoset Parse Exception"},
+	};
+	for (const auto& c: cases)
+	{
+		const std::string input = write("input", std::string(c.content, c.size));
+		std::vector<std::string> arguments{c.command, input};
+		if (std::string(c.command) != "inspect") arguments.push_back(path("output"));
+		const ToolRun run = runTool(arguments);
+		EXPECT_EQ(1, run.status) << c.command << " " << c.message;
+		EXPECT_NE(std::string::npos, run.err.find(input + ": ")) << run.err;
+		EXPECT_NE(std::string::npos, run.err.find(c.message)) << run.err;
+		EXPECT_EQ(std::vector<std::string>{"input"}, directoryContents()) << run.err;
+	}
+
+	const ToolRun missing = runTool({"encode", path("missing.xml"), path("output")});
+	EXPECT_EQ(1, missing.status);
+	EXPECT_NE(std::string::npos, missing.err.find("File not found")) << missing.err;
+	EXPECT_EQ(std::vector<std::string>{"input"}, directoryContents());
+}
+
+
+TEST_F(ToolTest, FailedConversionKeepsThePreviousFile)
+{
+	const std::string input = write("bad.xml", "<r>");
+	const std::string output = write("out.fi", "previous content");
+	EXPECT_EQ(1, runTool({"encode", input, output}).status);
+	EXPECT_EQ("previous content", readFile(output));
+	EXPECT_EQ((std::vector<std::string>{"bad.xml", "out.fi"}), directoryContents());
+}
+
+
+TEST_F(ToolTest, InspectCountsTheDocument)
+{
+	ASSERT_EQ(0, runTool({"encode", write("doc.xml", XML), path("doc.fi")}).status);
+	const ToolRun run = runTool({"inspect", path("doc.fi")});
+	ASSERT_EQ(0, run.status) << run.err;
+	for (const char* line: {
+		"initial vocabulary        no",
+		"elements                  3",
+		"attributes                1",
+		"namespace declarations    1",
+		"text chunks               2",
+		"comments                  1",
+		"processing instructions   1",
+		// three element names read, two of them literals; the second "x" by index
+		"element names                3         2         1",
+		"text chunks                  2         1         1"})
+		EXPECT_NE(std::string::npos, run.out.find(line)) << line << "\n" << run.out;
+}
+
+
+TEST_F(ToolTest, RoundTripOfTheBundledSamples)
+{
+	std::vector<std::string> samples;
+	Poco::File(KORVO_SOURCE_DIR "/samples").list(samples);
+	std::vector<std::string> arguments{"roundtrip"};
+	for (const auto& name: samples)
+		if (Poco::Path(name).getExtension() == "xml") arguments.push_back(KORVO_SOURCE_DIR "/samples/" + name);
+	ASSERT_GT(arguments.size(), 5u);
+
+	const ToolRun run = runTool(arguments);
+	EXPECT_EQ(0, run.status) << run.out << run.err;
+	EXPECT_NE(std::string::npos, run.out.find(std::to_string(arguments.size() - 1) + " document(s): " + std::to_string(arguments.size() - 1) + " kept")) << run.out;
+}
+
+
+TEST_F(ToolTest, RoundTripReportsBrokenDocuments)
+{
+	const std::string good = write("good.xml", XML);
+	const std::string bad = write("bad.xml", "<r><i></r>");
+	const ToolRun run = runTool({"roundtrip", good, bad});
+	EXPECT_EQ(1, run.status);
+	EXPECT_NE(std::string::npos, run.out.find("FAILED")) << run.out;
+	EXPECT_NE(std::string::npos, run.out.find("2 document(s): 1 kept, 0 changed, 1 failed")) << run.out;
+	EXPECT_NE(std::string::npos, run.err.find(bad + ": SAXParseException")) << run.err;
+}

@@ -1,0 +1,205 @@
+//
+// fastinfoset.cpp
+//
+// Library: FastInfoset
+// Package: Tools
+// Module:  fastinfoset
+//
+// The fastinfoset command-line program: converts XML files to Fast Infoset
+// and back, inspects Fast Infoset files and checks round trips.
+//
+// Copyright (c) 2026, Korvo FastInfoset developers.
+//
+// SPDX-License-Identifier:	BSL-1.0
+//
+
+
+#include "Tool.h"
+#include "Korvo/FastInfoset/Converter.h"
+#include <functional>
+#include <iostream>
+
+
+namespace Korvo {
+namespace FastInfoset {
+namespace Tool {
+
+
+namespace
+{
+	using Conversion = std::function<void (std::istream&, std::ostream&)>;
+
+	void requireOperands(const std::string& command, const std::vector<std::string>& operands, std::size_t count)
+	{
+		if (operands.size() != count)
+			throw UsageException(command + ": expects INPUT and OUTPUT, got " + std::to_string(operands.size()) + " file argument(s)");
+	}
+
+	int convertFile(const std::string& inputPath, const std::string& outputPath, std::ostream& err, const Conversion& convert)
+	{
+		std::string culprit = inputPath == "-" ? "<stdin>" : inputPath;
+		try
+		{
+			InputFile input(inputPath);
+			culprit = outputPath == "-" ? "<stdout>" : outputPath;
+			OutputFile output(outputPath);
+			culprit = input.name();
+			convert(input.stream(), output.stream());
+			culprit = output.name();
+			output.commit();
+			return EXIT_OK;
+		}
+		catch (const std::exception& exc)
+		{
+			err << "fastinfoset: " << culprit << ": " << describe(exc) << std::endl;
+			return EXIT_FAILED;
+		}
+	}
+}
+
+
+int encodeCommand(const std::vector<std::string>& arguments, std::ostream&, std::ostream& err)
+{
+	int maxIndexedStringLength = 16;
+	int options = 0;
+	std::vector<std::string> operands;
+	ArgumentReader reader("encode", arguments);
+	while (reader.next())
+	{
+		if (reader.is("-m", "--max-indexed-length")) maxIndexedStringLength = reader.intValue();
+		else if (reader.is("-w", "--strip-whitespace")) options |= Converter::CONV_REMOVE_IGNORABLE_WHITESPACE;
+		else if (reader.isOption()) reader.unknownOption();
+		else operands.push_back(reader.current());
+	}
+	requireOperands("encode", operands, 2);
+
+	return convertFile(operands[0], operands[1], err, [&](std::istream& input, std::ostream& output)
+	{
+		Converter::convertToFIS(input, output, maxIndexedStringLength, options);
+	});
+}
+
+
+int decodeCommand(const std::vector<std::string>& arguments, std::ostream&, std::ostream& err)
+{
+	int options = Converter::CONV_WRITE_XML_DECLARATION;
+	std::vector<std::string> operands;
+	ArgumentReader reader("decode", arguments);
+	while (reader.next())
+	{
+		if (reader.is("-p", "--pretty")) options |= Converter::CONV_PRETTY_PRINT_XML;
+		else if (reader.is("-n", "--no-declaration")) options &= ~Converter::CONV_WRITE_XML_DECLARATION;
+		else if (reader.isOption()) reader.unknownOption();
+		else operands.push_back(reader.current());
+	}
+	requireOperands("decode", operands, 2);
+
+	return convertFile(operands[0], operands[1], err, [&](std::istream& input, std::ostream& output)
+	{
+		Converter::convertToXML(input, output, options);
+	});
+}
+
+
+void printUsage(std::ostream& out)
+{
+	out <<
+		"Usage: fastinfoset COMMAND [OPTIONS] FILE...\n"
+		"\n"
+		"Converts XML documents to Fast Infoset (ITU-T X.891) and back, looks inside\n"
+		"Fast Infoset documents and checks that documents survive the round trip.\n"
+		"\n"
+		"Commands:\n"
+		"  encode [-m N] [-w] INPUT OUTPUT\n"
+		"      Reads XML text from INPUT and writes a Fast Infoset document to OUTPUT.\n"
+		"      -m, --max-indexed-length N  index attribute values and text chunks of at\n"
+		"                                  most N octets (default 16; negative: all)\n"
+		"      -w, --strip-whitespace      drop text that is whitespace only\n"
+		"\n"
+		"  decode [-p] [-n] INPUT OUTPUT\n"
+		"      Reads a Fast Infoset document from INPUT and writes XML text to OUTPUT,\n"
+		"      beginning with an XML declaration.\n"
+		"      -p, --pretty                indent the XML\n"
+		"      -n, --no-declaration        leave out the XML declaration\n"
+		"\n"
+		"  inspect INPUT\n"
+		"      Describes a Fast Infoset document: header flags, initial vocabulary,\n"
+		"      counts of elements, attributes, namespace declarations, text chunks,\n"
+		"      comments and processing instructions, how many names and values were\n"
+		"      read literally and how many by index, and sizes (also as XML text).\n"
+		"\n"
+		"  roundtrip [-m N] [-w] FILE...\n"
+		"      Converts each XML FILE to Fast Infoset and back, in memory, and prints\n"
+		"      its XML size, its Fast Infoset size and whether the round trip kept the\n"
+		"      document: the same elements, attributes, namespace declarations, text,\n"
+		"      comments, processing instructions and document type declaration, in\n"
+		"      the XML as in the Fast Infoset form. -m and -w as for encode (with -w,\n"
+		"      whitespace-only text is not compared).\n"
+		"\n"
+		"  help, --help, -h\n"
+		"      Prints this text.\n"
+		"\n"
+		"INPUT and OUTPUT may be '-' for standard input and standard output. An output\n"
+		"file is written under a temporary name in its directory and renamed when it\n"
+		"is complete: a failed conversion leaves no partial file behind, and a file\n"
+		"that was there before stays as it was.\n"
+		"\n"
+		"Errors name the file and the fault: XML syntax errors as the XML parser\n"
+		"reports them (\"SAXParseException: ...\", with line and column), faults of\n"
+		"a Fast Infoset document as \"FastInfoset Exception: ...\" (also Parse or\n"
+		"Encoding Exception), file faults as the system reports them.\n"
+		"\n"
+		"Exit status: 0 success; 1 a file could not be read, converted or written,\n"
+		"or a round trip changed a document; 2 wrong usage.\n";
+}
+
+
+} } } // namespace Korvo::FastInfoset::Tool
+
+
+int main(int argc, char** argv)
+{
+	using namespace Korvo::FastInfoset::Tool;
+
+	const std::vector<std::string> arguments(argv + 1, argv + argc);
+	if (arguments.empty())
+	{
+		printUsage(std::cerr);
+		return EXIT_USAGE;
+	}
+	if (arguments.front() == "help")
+	{
+		printUsage(std::cout);
+		return EXIT_OK;
+	}
+	for (const auto& argument: arguments)
+	{
+		if (argument == "--") break;
+		if (argument == "--help" || argument == "-h")
+		{
+			printUsage(std::cout);
+			return EXIT_OK;
+		}
+	}
+
+	const std::string& command = arguments.front();
+	const std::vector<std::string> rest(arguments.begin() + 1, arguments.end());
+	try
+	{
+		if (command == "encode") return encodeCommand(rest, std::cout, std::cerr);
+		if (command == "decode") return decodeCommand(rest, std::cout, std::cerr);
+		if (command == "inspect") return inspectCommand(rest, std::cout, std::cerr);
+		if (command == "roundtrip") return roundTripCommand(rest, std::cout, std::cerr);
+		throw UsageException("unknown command '" + command + "'");
+	}
+	catch (const UsageException& exc)
+	{
+		std::cerr << "fastinfoset: " << exc.message() << "\nTry 'fastinfoset --help'." << std::endl;
+		return EXIT_USAGE;
+	}
+	catch (const std::exception& exc)
+	{
+		std::cerr << "fastinfoset: " << describe(exc) << std::endl;
+		return EXIT_FAILED;
+	}
+}
