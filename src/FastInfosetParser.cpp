@@ -73,6 +73,14 @@ namespace
 		if (!aReader.read(bit)) throw FISParseException(pMessage);
 		return bit;
 	}
+
+	void skipBits(BitStreamReader& aReader, int numBits, const char* pMessage)
+		/// For skips that may run past the end of the data, which a memory
+		/// reader would otherwise refuse with an assertion.
+	{
+		if (!aReader.canRead(numBits)) throw FISParseException(pMessage);
+		aReader.skip(numBits);
+	}
 }
 
 
@@ -376,13 +384,13 @@ void FastInfosetParser::parseDocumentChildren(BitStreamReader& aReader, const De
 	}
 	if (parts.hasCharacterEncodingScheme)
 	{
-		aReader.skip(1);
+		skipBits(aReader, 1, "Unexpected end of stream while parsing character encoding scheme");
 		Decoder::nonEmptyOctetString(aReader, _literalBuffer);
 	}
 	if (parts.standalone)
 	{
-		aReader.skip(7);
-		readBit(aReader, "Unexpected end of stream while parsing standalone");
+		// Seven padding bits, then the flag.
+		readBits(aReader, 8, "Unexpected end of stream while parsing standalone");
 	}
 	if (parts.hasVersion)
 	{
@@ -483,7 +491,7 @@ void FastInfosetParser::parseElement(BitStreamReader& aReader)
 			parseNamespaceAttribute(aReader, _namespaceAttributes);
 			ns = readBits(aReader, 4, pMessage);
 		}
-		aReader.skip(6);
+		skipBits(aReader, 6, pMessage);
 	}
 
 	ResolvedQualName qualName;
