@@ -20,6 +20,7 @@
 #include "Korvo/FastInfoset/NullEncoding.h"
 #include "Korvo/FastInfoset/NullRefEncoding.h"
 #include "Korvo/FastInfoset/StringDecoder.h"
+#include "Korvo/FastInfoset/Utility.h"
 #include "Poco/SAX/ContentHandler.h"
 #include "Poco/SAX/LexicalHandler.h"
 #include "Poco/SAX/DTDHandler.h"
@@ -594,12 +595,24 @@ void FastInfosetParser::parseQualifiedNameOrIndex(BitStreamReader& aReader, Reso
 	const int startPosition = aReader.bitPos();
 	if (startPosition != 1 && startPosition != 2) throw FISEncodingException("Illegal startposition for a parseQualifiedNameOrIndex value");
 
+	// The rest of the octet tells a literal (1111...) from an index; the
+	// one-octet index form ('0' and the index less one), by far the most
+	// common, is decoded from it directly.
+	const int restOfOctet = 8 - startPosition;
 	unsigned char bits = 0;
-	if (!aReader.peek(bits, 4)) throw FISParseException("Unexpected end of stream while parsing qualified name or index");
-	if (bits != TERMINATOR)
+	if (!aReader.peek(bits, restOfOctet)) throw FISParseException("Unexpected end of stream while parsing qualified name or index");
+	if ((bits >> (restOfOctet - 4)) != TERMINATOR)
 	{
 		unsigned index = 0;
-		Decoder::integer(aReader, index);
+		if (bits >> (restOfOctet - 1))
+		{
+			Decoder::integer(aReader, index);
+		}
+		else
+		{
+			index = (bits & Utility::lowBitMask[restOfOctet - 1]) + 1u;
+			aReader.skip(restOfOctet);
+		}
 		qualName = resolvedName(index, isElement);
 	}
 	else
