@@ -422,6 +422,9 @@ void FastInfosetParser::parseElementChildren(BitStreamReader& aReader)
 
 bool FastInfosetParser::parseElementChild(BitStreamReader& aReader)
 {
+	// The children of the document and of elements share this dispatcher:
+	// a document type declaration inside an element, or text beside the
+	// root element, is read rather than refused.
 	aReader.skipToByteStart();
 	unsigned char selector = 0;
 	if (!aReader.peek(selector, 8)) throw FISParseException("Unexpected end of stream while parsing element children");

@@ -58,14 +58,6 @@ namespace
 		}
 		return "<no exception>";
 	}
-
-	std::string readFile(const std::string& path)
-	{
-		std::ifstream istr(path, std::ios::binary);
-		std::ostringstream ostr;
-		ostr << istr.rdbuf();
-		return ostr.str();
-	}
 }
 
 
@@ -180,7 +172,7 @@ TEST(ParserRobustnessTest, MutatedDocumentsOnlyThrow)
 	// The small peer documents only, so that the test stays quick under the sanitizers.
 	for (Korvo::DirectoryIterator it(std::string(KORVO_PEER_FIXTURES)), end; it != end; ++it)
 	{
-		if (Korvo::Path(it.path()).getExtension() == "fi" && it->getSize() < 4096) corpus.push_back(readFile(it.path().toString()));
+		if (Korvo::Path(it.path()).getExtension() == "fi" && it->getSize() < 4096) corpus.push_back(readFileOctets(it.path().toString()));
 	}
 
 	std::mt19937 random(20260101);

@@ -3,22 +3,19 @@
 //
 // Writer to parser: the events that drove a FastInfosetWriter come back
 // from the parser; parser to writer: a parsed document re-encodes to the
-// same octets; documents of an independent implementation read completely.
+// same octets; documents of an independent implementation read to the end
+// (their content is compared with the XML beside them by PeerDocumentsTest).
 //
 
 #include "support/ParserTestSupport.h"
 #include "Korvo/FastInfoset/FastInfosetWriter.h"
 #include "Korvo/FastInfoset/FISException.h"
-#include "Poco/SAX/SAXParser.h"
-#include "Poco/SAX/InputSource.h"
 #include "Poco/DirectoryIterator.h"
 #include "Poco/Path.h"
 #include "Poco/UUID.h"
 #include <gtest/gtest.h>
-#include <algorithm>
 #include <fstream>
 #include <functional>
-#include <set>
 #include <sstream>
 
 using namespace Korvo::FastInfoset;
@@ -55,85 +52,10 @@ namespace
 		std::vector<std::string> typed;
 		std::vector<std::string> plain;   // empty: as typed
 	};
-
-	std::string readFile(const std::string& path)
-	{
-		std::ifstream istr(path, std::ios::binary);
-		std::ostringstream ostr;
-		ostr << istr.rdbuf();
-		return ostr.str();
-	}
-
-	class ContentSignature: public PlainSaxRecorder
-		/// What two encodings of one document must share: elements with their
-		/// namespace names and declarations, attributes (as a set), text with
-		/// adjacent chunks joined, comments and processing instructions.
-	{
-	public:
-		void startElement(const XMLString& uri, const XMLString& localName, const XMLString&, const Korvo::XML::Attributes& attrs) override
-		{
-			flushText();
-			std::set<std::string> sorted;
-			for (int i = 0; i < attrs.getLength(); ++i)
-			{
-				if (attrs.getQName(i).compare(0, 5, "xmlns") == 0) continue;
-				sorted.insert(attrs.getURI(i) + "|" + attrs.getLocalName(i) + "=" + attrs.getValue(i));
-			}
-			std::string event = "<" + uri + "|" + localName;
-			for (const auto& m: _mappings) event += " xmlns:" + m;
-			for (const auto& a: sorted) event += " " + a;
-			_mappings.clear();
-			record(event + ">");
-		}
-		void endElement(const XMLString& uri, const XMLString& localName, const XMLString&) override
-		{
-			flushText();
-			record("</" + uri + "|" + localName + ">");
-		}
-		void characters(const Korvo::XML::XMLChar ch[], int start, int length) override
-		{
-			_text.append(ch + start, length);
-		}
-		void processingInstruction(const XMLString& target, const XMLString& data) override
-		{
-			flushText();
-			record("<?" + target + " " + data + "?>");
-		}
-		void comment(const Korvo::XML::XMLChar ch[], int start, int length) override
-		{
-			flushText();
-			record("<!--" + std::string(ch + start, length) + "-->");
-		}
-		void startPrefixMapping(const XMLString& prefix, const XMLString& uri) override
-		{
-			_mappings.insert(prefix + "=" + uri);
-		}
-		void endPrefixMapping(const XMLString&) override {}
-		void setDocumentLocator(const Korvo::XML::Locator*) override {}
-		void startCDATA() override {}
-		void endCDATA() override {}
-		void startDTD(const XMLString&, const XMLString&, const XMLString&) override {}
-		void endDTD() override {}
-		void endDocument() override
-		{
-			flushText();
-			record("endDocument()");
-		}
-
-	private:
-		void flushText()
-		{
-			if (!_text.empty()) record("text(" + _text + ")");
-			_text.clear();
-		}
-
-		std::string _text;
-		std::set<std::string> _mappings;
-	};
 }
 
 
-TEST(RoundTripTest, WriterEventsComeBack)
+TEST(ParserRoundTripTest, WriterEventsComeBack)
 {
 	const Korvo::UUID uuid("6ba7b810-9dad-11d1-80b4-00c04fd430c8");
 	const RoundTripCase cases[] =
@@ -244,7 +166,7 @@ TEST(RoundTripTest, WriterEventsComeBack)
 }
 
 
-TEST(RoundTripTest, BothSidesNumberTheTablesAlike)
+TEST(ParserRoundTripTest, BothSidesNumberTheTablesAlike)
 {
 	// A parser that feeds a writer re-encodes a document to the same octets only
 	// if both number every name and string alike.
@@ -279,7 +201,7 @@ TEST(RoundTripTest, BothSidesNumberTheTablesAlike)
 }
 
 
-TEST(RoundTripTest, SecondDocumentOnTheSameParser)
+TEST(ParserRoundTripTest, SecondDocumentOnTheSameParser)
 {
 	const std::string first = write([](FastInfosetWriter& w)
 	{
@@ -304,7 +226,7 @@ TEST(RoundTripTest, SecondDocumentOnTheSameParser)
 }
 
 
-TEST(RoundTripTest, PeerDocumentsReadCompletely)
+TEST(ParserRoundTripTest, PeerDocumentsReadCompletely)
 {
 	int documents = 0;
 	for (Korvo::DirectoryIterator it(std::string(KORVO_PEER_FIXTURES)), end; it != end; ++it)
@@ -313,7 +235,7 @@ TEST(RoundTripTest, PeerDocumentsReadCompletely)
 		if (path.getExtension() != "fi") continue;
 		SCOPED_TRACE(path.getFileName());
 		++documents;
-		const std::string fis = readFile(path.toString());
+		const std::string fis = readFileOctets(path.toString());
 
 		// Into a typed and into a plain handler, to the end.
 		std::vector<std::string> typed, plain;
@@ -321,23 +243,6 @@ TEST(RoundTripTest, PeerDocumentsReadCompletely)
 		ASSERT_NO_THROW(plain = parseToEvents(fis, PLAIN_HANDLER));
 		EXPECT_EQ("endDocument()", typed.back());
 		EXPECT_EQ("endDocument()", plain.back());
-
-		// The same content as the XML beside it.
-		ContentSignature fromFis, fromXml;
-		FastInfosetParser parser;
-		parser.setContentHandler(&fromFis);
-		parser.setProperty(Korvo::XML::XMLReader::PROPERTY_LEXICAL_HANDLER, static_cast<Korvo::XML::LexicalHandler*>(&fromFis));
-		parser.parseMemoryNP(fis.data(), fis.size());
-
-		Korvo::XML::SAXParser xmlParser;
-		xmlParser.setFeature(Korvo::XML::XMLReader::FEATURE_NAMESPACES, true);
-		xmlParser.setFeature(Korvo::XML::XMLReader::FEATURE_NAMESPACE_PREFIXES, true);
-		xmlParser.setContentHandler(&fromXml);
-		xmlParser.setProperty(Korvo::XML::XMLReader::PROPERTY_LEXICAL_HANDLER, static_cast<Korvo::XML::LexicalHandler*>(&fromXml));
-		Korvo::Path xmlPath(path);
-		xmlPath.setExtension("xml");
-		xmlParser.parse(xmlPath.toString());
-		EXPECT_EQ(fromXml.events(), fromFis.events());
 	}
-	EXPECT_EQ(6, documents);
+	EXPECT_GE(documents, 6);
 }

@@ -9,6 +9,7 @@
 
 #include "support/ParserTestSupport.h"
 #include "Poco/SAX/InputSource.h"
+#include <fstream>
 #include <sstream>
 #include <stdexcept>
 
@@ -90,6 +91,15 @@ std::string hexOf(const std::string& octets)
 		hex += DIGITS[octet & 0x0F];
 	}
 	return hex;
+}
+
+
+std::string readFileOctets(const std::string& path)
+{
+	std::ifstream istr(path, std::ios::binary);
+	std::ostringstream ostr;
+	ostr << istr.rdbuf();
+	return ostr.str();
 }
 
 

@@ -31,6 +31,9 @@ std::string bytesOf(const std::string& hex);
 std::string hexOf(const std::string& octets);
 	/// Upper-case digit pairs separated by spaces.
 
+std::string readFileOctets(const std::string& path);
+	/// The whole content of a file.
+
 inline const std::string FIS_HEADER = "E0 00 00 01 00";
 	/// Identification, version 1, no header flags.
 
