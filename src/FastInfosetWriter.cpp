@@ -335,10 +335,13 @@ void FastInfosetWriter::requireState(State state, const char* message) const
 
 void FastInfosetWriter::requireElementContent() const
 {
-	// Character chunks are children of elements only, in a CDATA section or not.
+	// Character chunks are children of the document or of an element, in a
+	// CDATA section or not; before the header or inside a document type
+	// declaration they would break the stream.
 	std::size_t top = _states.size() - 1;
 	if (_states[top] == IN_CDATA && top > 0) --top;
-	if (_states[top] != IN_ELEMENT) throw FISException("Character data not allowed outside an element");
+	if (_states[top] != IN_ELEMENT && _states[top] != IN_DOCUMENT)
+		throw FISException("Character data not allowed outside the document");
 }
 
 
