@@ -57,7 +57,8 @@ class FastInfoset_API FastInfosetParser: public Korvo::XML::XMLReader
 	/// content handler receives them as text. Handlers are borrowed and must
 	/// outlive the parse. Faults end the parse with an exception (FISException
 	/// and its subclasses, or an assertion where the format leaves no other
-	/// reading); nothing is reported to the error handler.
+	/// reading); nothing is reported to the error handler. An index past the
+	/// end of its vocabulary table raises FISParseException.
 	///
 	/// Namespace processing cannot be switched off. Namespace declarations
 	/// arrive as startPrefixMapping/endPrefixMapping and never in the
