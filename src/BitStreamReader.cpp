@@ -54,75 +54,6 @@ BitStreamReader::~BitStreamReader()
 }
 
 
-bool BitStreamReader::read(bool& value)
-{
-	if (!hasBits(1))
-	{
-		value = false;
-		return false;
-	}
-	value = (curByte() & Utility::revertedPow2[_bitOffset & 7]) != 0;
-	++_bitOffset;
-	return true;
-}
-
-
-bool BitStreamReader::peek(unsigned char& value, int numBits)
-{
-	poco_assert (checkInputParams(Utility::SIZEOFCHARINBIT, numBits));
-
-	bool ok = hasBits(numBits);
-	value = ok ? static_cast<unsigned char>(look(numBits)) : 0;
-	return ok;
-}
-
-
-bool BitStreamReader::peek(char& value, int numBits)
-{
-	return peek(reinterpret_cast<unsigned char&>(value), numBits);
-}
-
-
-bool BitStreamReader::read(unsigned char& value, int numBits)
-{
-	bool ok = peek(value, numBits);
-	if (ok) _bitOffset += numBits;
-	return ok;
-}
-
-
-bool BitStreamReader::read(char& value, int numBits)
-{
-	return read(reinterpret_cast<unsigned char&>(value), numBits);
-}
-
-
-bool BitStreamReader::read(unsigned short& value, int numBits)
-{
-	poco_assert (checkInputParams(Utility::SIZEOFINT16INBIT, numBits));
-
-	bool ok = hasBits(numBits);
-	value = ok ? static_cast<unsigned short>(take(numBits)) : 0;
-	return ok;
-}
-
-
-bool BitStreamReader::read(short& value, int numBits)
-{
-	return read(reinterpret_cast<unsigned short&>(value), numBits);
-}
-
-
-bool BitStreamReader::read(unsigned int& value, int numBits)
-{
-	poco_assert (checkInputParams(Utility::SIZEOFINT32INBIT, numBits));
-
-	bool ok = hasBits(numBits);
-	value = ok ? take(numBits) : 0;
-	return ok;
-}
-
-
 bool BitStreamReader::read(unsigned long long& value, int numBits)
 {
 	poco_assert (checkInputParams(Utility::SIZEOFINT64INBIT, numBits));
@@ -202,35 +133,11 @@ bool BitStreamReader::canRead(int numBits)
 }
 
 
-bool BitStreamReader::hasBits(int numBits)
+bool BitStreamReader::hasBitsSlow(int numBits)
 {
-	if (cachedBits() >= numBits) return true;
 	if (!_pStream) slideWindow();
 	refillBufferIfLessThan(numBits);
 	return cachedBits() >= numBits;
-}
-
-
-Korvo::UInt32 BitStreamReader::look(int numBits) const
-{
-	// The bits span at most five octets; the first is masked to its unread part.
-	const unsigned char* p = _pBuffer + _bitOffset/8;
-	int have = Utility::SIZEOFCHARINBIT - (_bitOffset & 7);
-	Korvo::UInt64 bits = *p & Utility::lowBitMask[have];
-	while (have < numBits)
-	{
-		bits = (bits << 8) | *++p;
-		have += Utility::SIZEOFCHARINBIT;
-	}
-	return static_cast<Korvo::UInt32>(bits >> (have - numBits));
-}
-
-
-Korvo::UInt32 BitStreamReader::take(int numBits)
-{
-	Korvo::UInt32 bits = look(numBits);
-	_bitOffset += numBits;
-	return bits;
 }
 
 
@@ -343,12 +250,6 @@ int BitStreamReader::readFromStream(char* pBuffer, int length)
 	if (n == 0 && !_pStream->good() && !_pStream->eof())
 		throw Korvo::IOException("error reading stream while parsing Fast Infoset document");
 	return n;
-}
-
-
-bool BitStreamReader::checkInputParams(int size, int& numOfBits) const
-{
-	return numOfBits >= 1 && numOfBits <= size;
 }
 
 

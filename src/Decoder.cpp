@@ -411,7 +411,7 @@ void Decoder::documentPreHeader(BitStreamReader& aReader, std::string& xmlDeclar
 	if (identification != Encoder::DOCUMENTSTART)
 		throw FISException("Not a valid Fast Infoset document (invalid header)");
 
-	unsigned short version;
+	unsigned short version = 0;
 	expect(aReader.canRead(16) && aReader.read(version, 16), END_OF_HEADER);
 	if (version != VERSION)
 		throw FISException("Unsupported Fast Infoset document version");

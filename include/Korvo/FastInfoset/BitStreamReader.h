@@ -18,6 +18,7 @@
 
 
 #include "Korvo/FastInfoset/FastInfoset.h"
+#include "Korvo/FastInfoset/Utility.h"
 #include <cstddef>
 #include <istream>
 #include <string>
@@ -107,6 +108,8 @@ private:
 
 	bool hasBits(int numBits);
 		/// Refills when fewer than numBits are buffered; true when numBits are.
+	bool hasBitsSlow(int numBits);
+		/// hasBits once the buffered bits have been found too few.
 	Korvo::UInt32 look(int numBits) const;
 	Korvo::UInt32 take(int numBits);
 		/// The next numBits (1 to 32) buffered bits, right-aligned.
@@ -164,6 +167,110 @@ inline unsigned char BitStreamReader::curByte() const
 inline void BitStreamReader::refillBufferIfLessThan(int bits)
 {
 	if (cachedBits() < bits) refillBufferIfLessThanImpl(cachedBits());
+}
+
+
+inline bool BitStreamReader::checkInputParams(int size, int& numOfBits) const
+{
+	return numOfBits >= 1 && numOfBits <= size;
+}
+
+
+inline bool BitStreamReader::hasBits(int numBits)
+{
+	return cachedBits() >= numBits || hasBitsSlow(numBits);
+}
+
+
+inline Korvo::UInt32 BitStreamReader::look(int numBits) const
+{
+	// The bits span at most five octets; the first is masked to its unread part.
+	const unsigned char* p = _pBuffer + _bitOffset/8;
+	int have = Utility::SIZEOFCHARINBIT - (_bitOffset & 7);
+	Korvo::UInt64 bits = *p & Utility::lowBitMask[have];
+	while (have < numBits)
+	{
+		bits = (bits << 8) | *++p;
+		have += Utility::SIZEOFCHARINBIT;
+	}
+	return static_cast<Korvo::UInt32>(bits >> (have - numBits));
+}
+
+
+inline Korvo::UInt32 BitStreamReader::take(int numBits)
+{
+	Korvo::UInt32 bits = look(numBits);
+	_bitOffset += numBits;
+	return bits;
+}
+
+
+inline bool BitStreamReader::read(bool& value)
+{
+	if (!hasBits(1))
+	{
+		value = false;
+		return false;
+	}
+	value = (curByte() & Utility::revertedPow2[_bitOffset & 7]) != 0;
+	++_bitOffset;
+	return true;
+}
+
+
+inline bool BitStreamReader::peek(unsigned char& value, int numBits)
+{
+	poco_assert (checkInputParams(Utility::SIZEOFCHARINBIT, numBits));
+
+	bool ok = hasBits(numBits);
+	value = ok ? static_cast<unsigned char>(look(numBits)) : 0;
+	return ok;
+}
+
+
+inline bool BitStreamReader::peek(char& value, int numBits)
+{
+	return peek(reinterpret_cast<unsigned char&>(value), numBits);
+}
+
+
+inline bool BitStreamReader::read(unsigned char& value, int numBits)
+{
+	bool ok = peek(value, numBits);
+	if (ok) _bitOffset += numBits;
+	return ok;
+}
+
+
+inline bool BitStreamReader::read(char& value, int numBits)
+{
+	return read(reinterpret_cast<unsigned char&>(value), numBits);
+}
+
+
+inline bool BitStreamReader::read(unsigned short& value, int numBits)
+{
+	poco_assert (checkInputParams(Utility::SIZEOFINT16INBIT, numBits));
+
+	bool ok = hasBits(numBits);
+	value = ok ? static_cast<unsigned short>(take(numBits)) : 0;
+	return ok;
+}
+
+
+inline bool BitStreamReader::read(short& value, int numBits)
+{
+	return read(reinterpret_cast<unsigned short&>(value), numBits);
+}
+
+
+inline bool BitStreamReader::read(unsigned int& value, int numBits)
+{
+	poco_assert (checkInputParams(Utility::SIZEOFINT32INBIT, numBits));
+
+	bool ok = hasBits(numBits);
+	value = ok ? take(numBits) : 0;
+	return ok;
 }
 
 
