@@ -85,7 +85,7 @@ bool BitStreamReader::read(std::string& str, unsigned int numCharacters)
 }
 
 
-void BitStreamReader::skip(int bits)
+void BitStreamReader::skipSlow(int bits)
 {
 	poco_assert (bits >= 0);
 

@@ -110,6 +110,8 @@ private:
 		/// Refills when fewer than numBits are buffered; true when numBits are.
 	bool hasBitsSlow(int numBits);
 		/// hasBits once the buffered bits have been found too few.
+	void skipSlow(int bits);
+		/// skip when the bits reach the end of the buffered data.
 	Korvo::UInt32 look(int numBits) const;
 	Korvo::UInt32 take(int numBits);
 		/// The next numBits (1 to 32) buffered bits, right-aligned.
@@ -167,6 +169,16 @@ inline unsigned char BitStreamReader::curByte() const
 inline void BitStreamReader::refillBufferIfLessThan(int bits)
 {
 	if (cachedBits() < bits) refillBufferIfLessThanImpl(cachedBits());
+}
+
+
+inline void BitStreamReader::skip(int bits)
+{
+	// Bits that stay inside the buffer need no refill and no window move.
+	if (bits >= 0 && bits < cachedBits())
+		_bitOffset += bits;
+	else
+		skipSlow(bits);
 }
 
 
