@@ -61,17 +61,23 @@ namespace
 	// larger blocks are read through a stream instead.
 	const std::size_t MAX_MEMORY_BLOCK = UINT_MAX;
 
-	unsigned char readBits(BitStreamReader& aReader, int numBits, const char* pMessage)
+	[[noreturn]] void __attribute__((noinline)) throwParseException(const char* pMessage)
+		/// Kept apart so that the reads below stay small enough to inline.
+	{
+		throw FISParseException(pMessage);
+	}
+
+	inline unsigned char readBits(BitStreamReader& aReader, int numBits, const char* pMessage)
 	{
 		unsigned char bits = 0;
-		if (!aReader.read(bits, numBits)) throw FISParseException(pMessage);
+		if (!aReader.read(bits, numBits)) throwParseException(pMessage);
 		return bits;
 	}
 
-	bool readBit(BitStreamReader& aReader, const char* pMessage)
+	inline bool readBit(BitStreamReader& aReader, const char* pMessage)
 	{
 		bool bit = false;
-		if (!aReader.read(bit)) throw FISParseException(pMessage);
+		if (!aReader.read(bit)) throwParseException(pMessage);
 		return bit;
 	}
 
