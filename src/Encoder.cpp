@@ -153,6 +153,31 @@ void Encoder::pad0ThenInteger(BitStreamWriter& aWriter, unsigned int val)
 }
 
 
+namespace
+{
+	void writeStringLength(BitStreamWriter& aWriter, unsigned int strLen, int prefixBits)
+		/// Writes one of the three length forms that fill the rest of the octet:
+		/// prefixBits bits (len - 1) for short lengths, then a '10' prefix and
+		/// 8 bits, or a '11' prefix and 32 bits.
+	{
+		const unsigned int shortLimit = 1u << (prefixBits - 1);
+		const unsigned int mediumLimit = shortLimit + 256;
+		if (strLen <= shortLimit)
+			aWriter.write(strLen - 1, prefixBits);
+		else if (strLen <= mediumLimit)
+		{
+			aWriter.write(2u << (prefixBits - 2), prefixBits);
+			aWriter.write(strLen - shortLimit - 1, 8);
+		}
+		else
+		{
+			aWriter.write(3u << (prefixBits - 2), prefixBits);
+			aWriter.write(strLen - mediumLimit - 1, 32);
+		}
+	}
+}
+
+
 void Encoder::nonEmptyStringLength(BitStreamWriter& aWriter, unsigned int strLen)
 {
 	poco_assert (strLen > 0);
@@ -160,46 +185,13 @@ void Encoder::nonEmptyStringLength(BitStreamWriter& aWriter, unsigned int strLen
 	switch (aWriter.bitPos())
 	{
 	case 1:
-		if (strLen <= 64)
-			aWriter.write(strLen - 1, 7);
-		else if (strLen <= 320)
-		{
-			aWriter.write(0x40u, 7);
-			aWriter.write(strLen - 65, 8);
-		}
-		else
-		{
-			aWriter.write(0x60u, 7);
-			aWriter.write(strLen - 321, 32);
-		}
+		writeStringLength(aWriter, strLen, 7);
 		break;
 	case 4:
-		if (strLen <= 8)
-			aWriter.write(strLen - 1, 4);
-		else if (strLen <= 264)
-		{
-			aWriter.write(0x8u, 4);
-			aWriter.write(strLen - 9, 8);
-		}
-		else
-		{
-			aWriter.write(0xCu, 4);
-			aWriter.write(strLen - 265, 32);
-		}
+		writeStringLength(aWriter, strLen, 4);
 		break;
 	case 6:
-		if (strLen <= 2)
-			aWriter.write(strLen - 1, 2);
-		else if (strLen <= 258)
-		{
-			aWriter.write(0x2u, 2);
-			aWriter.write(strLen - 3, 8);
-		}
-		else
-		{
-			aWriter.write(0x3u, 2);
-			aWriter.write(strLen - 259, 32);
-		}
+		writeStringLength(aWriter, strLen, 2);
 		break;
 	default:
 		throw FISEncodingException("illegal position for nonEmptyOctetString encoding");
