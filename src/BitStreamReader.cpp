@@ -70,7 +70,7 @@ bool BitStreamReader::read(unsigned long long& value, int numBits)
 }
 
 
-bool BitStreamReader::read(std::string& str, unsigned int numCharacters)
+bool BitStreamReader::readOctetsSlow(std::string& str, unsigned int numCharacters)
 {
 	str.clear();
 	if (numCharacters == 0) return true;

@@ -21,6 +21,7 @@
 #include "Korvo/FastInfoset/NullRefEncoding.h"
 #include "Korvo/FastInfoset/StringDecoder.h"
 #include "Korvo/FastInfoset/Utility.h"
+#include "RecycledAttributes.h"
 #include "Poco/SAX/ContentHandler.h"
 #include "Poco/SAX/LexicalHandler.h"
 #include "Poco/SAX/DTDHandler.h"
@@ -47,6 +48,7 @@ namespace
 	const std::size_t SCRATCH_CAPACITY = 1024;
 	const std::size_t QUALIFIED_NAME_CAPACITY = 256;
 	const std::size_t ATTRIBUTES_CAPACITY = 16;
+	const std::size_t ATTRIBUTE_LISTS = 128;
 	const std::size_t OPEN_ELEMENTS_CAPACITY = 64;
 
 	const unsigned char TERMINATOR = 0x0F;
@@ -65,6 +67,11 @@ namespace
 		/// Kept apart so that the reads below stay small enough to inline.
 	{
 		throw FISParseException(pMessage);
+	}
+
+	[[noreturn]] void __attribute__((noinline)) throwIndexOutOfRange(const char* pMessage, unsigned index)
+	{
+		throw FISParseException(pMessage, Korvo::NumberFormatter::format(index));
 	}
 
 	inline unsigned char readBits(BitStreamReader& aReader, int numBits, const char* pMessage)
@@ -138,7 +145,7 @@ FastInfosetParser::~FastInfosetParser()
 
 void FastInfosetParser::reserveBuffers()
 {
-	_attributes.reserve(ATTRIBUTES_CAPACITY);
+	_attributeLists.resize(ATTRIBUTE_LISTS);
 	_namespaceAttributes.reserve(ATTRIBUTES_CAPACITY);
 	_octetBuffer.reserve(SCRATCH_CAPACITY);
 	_textBuffer.reserve(SCRATCH_CAPACITY);
@@ -347,6 +354,11 @@ void FastInfosetParser::parseDocument(BitStreamReader& aReader)
 	_openElements.clear();
 	_elementNames.clear();
 	_attributeNames.clear();
+	// The tables are about to be rebuilt: no list may trust the strings it copied from.
+	for (auto& pList: _attributeLists)
+	{
+		if (pList) pList->forgetSources();
+	}
 	Decoder::documentPreHeader(aReader, _literalBuffer);
 	if (_pDocumentHandler) _pDocumentHandler->setWriteXMLDeclaration(!_literalBuffer.empty());
 	Decoder::OpenHeaderParts parts = Decoder::documentHeader(aReader, _vocabulary, _pDocumentHandler);
@@ -486,7 +498,7 @@ void FastInfosetParser::parseElement(BitStreamReader& aReader)
 
 	const char* pMessage = "Unexpected end of stream while parsing element";
 	bool hasAttributes = readBit(aReader, pMessage);
-	_namespaceAttributes.clear();
+	if (_namespaceAttributes.getLength() > 0) _namespaceAttributes.clear();
 	unsigned char bits = 0;
 	if (!aReader.peek(bits, 6)) throw FISParseException(pMessage);
 	if (bits == NAMESPACE_ATTRIBUTES)
@@ -505,19 +517,25 @@ void FastInfosetParser::parseElement(BitStreamReader& aReader)
 	}
 
 	ResolvedQualName qualName;
-	parseQualifiedNameOrIndex(aReader, qualName, true);
+	const unsigned nameIndex = readQualifiedName(aReader, qualName, true);
 
-	_attributes.clear();
+	const AttributesImpl* pAttributes = &_noAttributes;
 	if (hasAttributes)
 	{
+		RecycledAttributes& list = attributeList(nameIndex);
+		list.restart();
 		while (!readBit(aReader, pMessage))
 		{
-			parseAttribute(aReader, _attributes);
+			ResolvedQualName attributeName;
+			const std::string& value = readAttribute(aReader, attributeName);
+			list.add(attributeName.pUri, attributeName.pLocalName, value);
 		}
+		list.finish();
 		aReader.skip(3);
+		pAttributes = &list.attributes();
 	}
 
-	if (_pContentHandler) _pContentHandler->startElement(*qualName.pUri, *qualName.pLocalName, qualifiedName(qualName), _attributes);
+	if (_pContentHandler) _pContentHandler->startElement(*qualName.pUri, *qualName.pLocalName, qualifiedName(qualName), *pAttributes);
 	_openElements.push_back(qualName);
 }
 
@@ -541,7 +559,7 @@ void FastInfosetParser::parseElementEnd(BitStreamReader& aReader)
 }
 
 
-const XMLString& FastInfosetParser::qualifiedName(const ResolvedQualName& qualName)
+inline const XMLString& FastInfosetParser::qualifiedName(const ResolvedQualName& qualName)
 {
 	if (_namespacePrefixes)
 	{
@@ -580,14 +598,18 @@ void FastInfosetParser::parseNamespaceAttribute(BitStreamReader& aReader, Attrib
 }
 
 
+RecycledAttributes& FastInfosetParser::attributeList(unsigned elementIndex)
+{
+	std::unique_ptr<RecycledAttributes>& pList = _attributeLists[elementIndex < _attributeLists.size() ? elementIndex : 0];
+	if (!pList) pList.reset(new RecycledAttributes);
+	return *pList;
+}
+
+
 void FastInfosetParser::parseAttribute(BitStreamReader& aReader, AttributesImpl& attrs)
 {
-	if (aReader.bitPos() != 1) throw FISEncodingException("Illegal startposition for a Attribute value");
-
 	ResolvedQualName qualName;
-	parseQualifiedNameOrIndex(aReader, qualName, false);
-	unsigned type = 0;
-	const std::string& value = parseNonIdentifyingStringOrIndexXML(aReader, DocumentVocabulary::ATTRIBUTE_VALUE, type);
+	const std::string& value = readAttribute(aReader, qualName);
 
 	// A new entry comes with the type CDATA; the document carries no types.
 	AttributesImpl::Attribute& attr = attrs.addAttribute();
@@ -599,7 +621,23 @@ void FastInfosetParser::parseAttribute(BitStreamReader& aReader, AttributesImpl&
 }
 
 
+inline const std::string& FastInfosetParser::readAttribute(BitStreamReader& aReader, ResolvedQualName& qualName)
+{
+	if (aReader.bitPos() != 1) throw FISEncodingException("Illegal startposition for a Attribute value");
+
+	readQualifiedName(aReader, qualName, false);
+	unsigned type = 0;
+	return parseNonIdentifyingStringOrIndexXML(aReader, DocumentVocabulary::ATTRIBUTE_VALUE, type);
+}
+
+
 void FastInfosetParser::parseQualifiedNameOrIndex(BitStreamReader& aReader, ResolvedQualName& qualName, bool isElement)
+{
+	readQualifiedName(aReader, qualName, isElement);
+}
+
+
+inline unsigned FastInfosetParser::readQualifiedName(BitStreamReader& aReader, ResolvedQualName& qualName, bool isElement)
 {
 	const int startPosition = aReader.bitPos();
 	if (startPosition != 1 && startPosition != 2) throw FISEncodingException("Illegal startposition for a parseQualifiedNameOrIndex value");
@@ -609,55 +647,62 @@ void FastInfosetParser::parseQualifiedNameOrIndex(BitStreamReader& aReader, Reso
 	// common, is decoded from it directly.
 	const int restOfOctet = 8 - startPosition;
 	unsigned char bits = 0;
-	if (!aReader.peek(bits, restOfOctet)) throw FISParseException("Unexpected end of stream while parsing qualified name or index");
-	if ((bits >> (restOfOctet - 4)) != TERMINATOR)
+	if (!aReader.peek(bits, restOfOctet)) throwParseException("Unexpected end of stream while parsing qualified name or index");
+	if ((bits >> (restOfOctet - 4)) == TERMINATOR) return readLiteralQualifiedName(aReader, qualName, isElement);
+
+	unsigned index = 0;
+	if (bits >> (restOfOctet - 1))
 	{
-		unsigned index = 0;
-		if (bits >> (restOfOctet - 1))
-		{
-			Decoder::integer(aReader, index);
-		}
-		else
-		{
-			index = (bits & Utility::lowBitMask[restOfOctet - 1]) + 1u;
-			aReader.skip(restOfOctet);
-		}
-		qualName = resolvedName(index, isElement);
+		Decoder::integer(aReader, index);
 	}
 	else
 	{
-		aReader.skip(startPosition == 1 ? 5 : 4);
-		const char* pMessage = "Unexpected end of stream while parsing qualified name";
-		bool prefixPresent = readBit(aReader, pMessage);
-		bool namespacePresent = readBit(aReader, pMessage);
-		unsigned prefixIndex = 0;
-		unsigned namespaceIndex = 0;
-		unsigned localNameIndex = 0;
-		qualName.pPrefix = prefixPresent ? &parseIdentifyingStringOrIndex(aReader, DocumentVocabulary::PREFIX, prefixIndex) : &EMPTY_STRING;
-		qualName.pUri = namespacePresent ? &parseIdentifyingStringOrIndex(aReader, DocumentVocabulary::NAMESPACE_NAME, namespaceIndex) : &EMPTY_STRING;
-		qualName.pLocalName = &parseIdentifyingStringOrIndex(aReader, DocumentVocabulary::LOCAL_NAME, localNameIndex);
-		bool existed = false;
-		unsigned index = getQNameVocabulary(isElement).index(QualifiedNameEntry(prefixIndex, namespaceIndex, localNameIndex), existed);
-		rememberName(index, isElement, qualName);
+		index = (bits & Utility::lowBitMask[restOfOctet - 1]) + 1u;
+		aReader.skip(restOfOctet);
 	}
-	poco_assert (qualName.pPrefix != 0);
-	poco_assert (qualName.pUri != 0);
-	poco_assert (qualName.pLocalName != 0);
+	qualName = resolvedName(index, isElement);
+	return index;
 }
 
 
-const FastInfosetParser::ResolvedQualName& FastInfosetParser::resolvedName(unsigned index, bool isElement)
+unsigned FastInfosetParser::readLiteralQualifiedName(BitStreamReader& aReader, ResolvedQualName& qualName, bool isElement)
+{
+	aReader.skip(aReader.bitPos() == 1 ? 5 : 4);
+	const char* pMessage = "Unexpected end of stream while parsing qualified name";
+	bool prefixPresent = readBit(aReader, pMessage);
+	bool namespacePresent = readBit(aReader, pMessage);
+	unsigned prefixIndex = 0;
+	unsigned namespaceIndex = 0;
+	unsigned localNameIndex = 0;
+	qualName.pPrefix = prefixPresent ? &parseIdentifyingStringOrIndex(aReader, DocumentVocabulary::PREFIX, prefixIndex) : &EMPTY_STRING;
+	qualName.pUri = namespacePresent ? &parseIdentifyingStringOrIndex(aReader, DocumentVocabulary::NAMESPACE_NAME, namespaceIndex) : &EMPTY_STRING;
+	qualName.pLocalName = &parseIdentifyingStringOrIndex(aReader, DocumentVocabulary::LOCAL_NAME, localNameIndex);
+	poco_assert (qualName.pPrefix != 0);
+	poco_assert (qualName.pUri != 0);
+	poco_assert (qualName.pLocalName != 0);
+	bool existed = false;
+	unsigned index = getQNameVocabulary(isElement).index(QualifiedNameEntry(prefixIndex, namespaceIndex, localNameIndex), existed);
+	rememberName(index, isElement, qualName);
+	return index;
+}
+
+
+inline const FastInfosetParser::ResolvedQualName& FastInfosetParser::resolvedName(unsigned index, bool isElement)
 {
 	// Names given by index are resolved once per document; the strings they
 	// point at never move while the document is read.
-	std::vector<ResolvedQualName>& names = isElement ? _elementNames : _attributeNames;
-	if (index >= names.size() || !names[index].pLocalName)
-	{
-		ResolvedQualName qualName;
-		resolve(getQualifiedNameEntry(index, isElement), qualName);
-		rememberName(index, isElement, qualName);
-	}
-	return names[index];
+	const std::vector<ResolvedQualName>& names = isElement ? _elementNames : _attributeNames;
+	if (index < names.size() && names[index].pLocalName) return names[index];
+	return resolveName(index, isElement);
+}
+
+
+const FastInfosetParser::ResolvedQualName& FastInfosetParser::resolveName(unsigned index, bool isElement)
+{
+	ResolvedQualName qualName;
+	resolve(getQualifiedNameEntry(index, isElement), qualName);
+	rememberName(index, isElement, qualName);
+	return (isElement ? _elementNames : _attributeNames)[index];
 }
 
 
@@ -671,9 +716,9 @@ void FastInfosetParser::rememberName(unsigned index, bool isElement, const Resol
 
 const QualifiedNameEntry& FastInfosetParser::getQualifiedNameEntry(unsigned idx, bool isElement)
 {
-	const Vocabulary<QualifiedNameEntry>& table = getQNameVocabulary(isElement);
-	if (idx >= table.size()) throw FISParseException("Qualified name index out of range", Korvo::NumberFormatter::format(idx));
-	return table.value(idx);
+	const QualifiedNameEntry* pEntry = getQNameVocabulary(isElement).lookup(idx);
+	if (!pEntry) throwIndexOutOfRange("Qualified name index out of range", idx);
+	return *pEntry;
 }
 
 
@@ -693,11 +738,11 @@ const std::string& FastInfosetParser::nameString(DocumentVocabulary::ID id, unsi
 }
 
 
-const std::string& FastInfosetParser::tableString(DocumentVocabulary::ID id, unsigned index) const
+inline const std::string& FastInfosetParser::tableString(DocumentVocabulary::ID id, unsigned index) const
 {
-	const Vocabulary<std::string>& table = *_vocabulary.vocabulary(id);
-	if (index >= table.size()) throw FISParseException("String index out of range", Korvo::NumberFormatter::format(index));
-	return table.value(index);
+	const std::string* pValue = _vocabulary.vocabulary(id)->lookup(index);
+	if (!pValue) throwIndexOutOfRange("String index out of range", index);
+	return *pValue;
 }
 
 
@@ -869,8 +914,45 @@ void FastInfosetParser::parseCharacterChunk(BitStreamReader& aReader)
 {
 	if (aReader.bitPos() != 2) throw FISEncodingException("Illegal startposition for a CharacterChunk value");
 
+	// Text given by index or as UTF-8, the usual chunks, reaches either kind
+	// of handler as characters(): it skips the typed value. Every other
+	// form, and data that ends early, takes the general path below.
+	unsigned char head = 0;
+	if (aReader.peek(head, 4))
+	{
+		if (head & 0x08)
+		{
+			aReader.skip(1);
+			unsigned index = 0;
+			Decoder::integer(aReader, index);
+			deliverText(tableString(DocumentVocabulary::CHARACTER_CONTENT_CHUNK, index));
+			return;
+		}
+		if ((head & 0x03) == DocumentVocabulary::UTF8)
+		{
+			aReader.skip(4);
+			_octetBuffer.clear();
+			_textBuffer.clear();
+			std::string& text = _pNullEncoding->content();
+			Decoder::nonEmptyOctetString(aReader, text);
+			if (head & 0x04)
+			{
+				bool existed = false;
+				_vocabulary.index(DocumentVocabulary::CHARACTER_CONTENT_CHUNK, text, existed);
+			}
+			deliverText(text);
+			return;
+		}
+	}
+
 	Korvo::AutoPtr<Encoding> pValue = parseNonIdentifyingStringOrIndex(aReader, DocumentVocabulary::CHARACTER_CONTENT_CHUNK);
 	deliver(*pValue);
+}
+
+
+void FastInfosetParser::deliverText(const std::string& text)
+{
+	if (_pContentHandler) _pContentHandler->characters(text.data(), 0, static_cast<int>(text.size()));
 }
 
 

@@ -226,6 +226,66 @@ TEST(ParserRoundTripTest, SecondDocumentOnTheSameParser)
 }
 
 
+TEST(ParserRoundTripTest, AttributeListsFollowEachElement)
+{
+	// Elements of one name with more, fewer, other and no attributes, and
+	// other elements between them: each startElement sees exactly its own.
+	using Attributes = std::initializer_list<std::pair<const char*, const char*>>;
+	const std::vector<std::pair<const char*, Attributes>> elements =
+	{
+		{"e", {{"a", "1"}, {"b", "2"}}},
+		{"e", {{"b", "3"}}},
+		{"e", {{"a", "4"}, {"b", "5"}, {"c", "6"}}},
+		{"e", {}},
+		{"f", {{"a", "7"}}},
+		{"e", {{"c", "8"}, {"a", "9"}}},
+		{"e", {{"a", "1"}, {"b", "2"}}},
+	};
+	const std::string doc = write([&elements](FastInfosetWriter& w)
+	{
+		w.startDocument();
+		w.startElement("", "r", "", NO_ATTRIBUTES);
+		for (const auto& element: elements)
+		{
+			w.startElement("", element.first, "", attributes(element.second));
+			w.endElement("", element.first, "");
+		}
+		w.endElement("", "r", "");
+		w.endDocument();
+	});
+	EXPECT_EQ(documentEvents({"startElement(|r|)",
+		"startElement(|e||attr(|a|||1)|attr(|b|||2))", "endElement(|e|)",
+		"startElement(|e||attr(|b|||3))", "endElement(|e|)",
+		"startElement(|e||attr(|a|||4)|attr(|b|||5)|attr(|c|||6))", "endElement(|e|)",
+		"startElement(|e|)", "endElement(|e|)",
+		"startElement(|f||attr(|a|||7))", "endElement(|f|)",
+		"startElement(|e||attr(|c|||8)|attr(|a|||9))", "endElement(|e|)",
+		"startElement(|e||attr(|a|||1)|attr(|b|||2))", "endElement(|e|)",
+		"endElement(|r|)"}), parseToEvents(doc));
+}
+
+
+TEST(ParserRoundTripTest, AttributeNamesOfAnEarlierDocumentAreNotReused)
+{
+	// The same element and attribute indices name other strings in the
+	// second document, whose tables may reuse the first one's memory.
+	auto document = [](const char* attributeName)
+	{
+		return write([attributeName](FastInfosetWriter& w)
+		{
+			w.startDocument();
+			w.startElement("", "e", "", attributes({{attributeName, "v"}}));
+			w.endElement("", "e", "");
+			w.endDocument();
+		});
+	};
+	FastInfosetParser parser;
+	EXPECT_EQ(documentEvents({"startElement(|e||attr(|x|||v))", "endElement(|e|)"}), parseToEvents(document("x"), TYPED_HANDLER, &parser));
+	EXPECT_EQ(documentEvents({"startElement(|e||attr(|y|||v))", "endElement(|e|)"}), parseToEvents(document("y"), TYPED_HANDLER, &parser));
+	EXPECT_EQ(documentEvents({"startElement(|e||attr(|x|||v))", "endElement(|e|)"}), parseToEvents(document("x"), TYPED_HANDLER, &parser));
+}
+
+
 TEST(ParserRoundTripTest, PeerDocumentsReadCompletely)
 {
 	if (!Korvo::File(KORVO_PEER_FIXTURES).exists()) GTEST_SKIP() << "no peer documents at " << KORVO_PEER_FIXTURES;

@@ -257,6 +257,64 @@ TEST(HashVocabularyTest, BareTableHasNoSlots)
 }
 
 
+TYPED_TEST(VocabularyTest, LookupIsNullPastTheEnd)
+{
+	using T = typename TestFixture::T;
+	auto& table = *this->_pTable;
+	this->add(make<T>(1));
+	ASSERT_NE(nullptr, table.lookup(1));
+	EXPECT_EQ(make<T>(1), *table.lookup(1));
+	EXPECT_EQ(&table.value(1), table.lookup(1));
+	EXPECT_EQ(nullptr, table.lookup(2));
+	EXPECT_EQ(nullptr, table.lookup(0xFFFFFFFF));
+}
+
+
+TEST(MapVocabularyTest, StringsAlikeInTheirFirstOctets)
+{
+	// Keys are compared by their first eight octets before the rest: these
+	// agree there, or run out before it, or differ only past it.
+	const std::vector<std::string> values =
+	{
+		"a", std::string("a\0", 2), std::string("a\0\0", 3), "ab", "abcdefg", "abcdefgh", std::string("abcdefgh\0", 9), "abcdefghi",
+		"abcdefghij", "abcdefgi", "abcdefgg\xFF", "\xFF", "\xFF\xFF\xFF\xFF\xFF\xFF\xFF\xFF\xFF", "Item i0000017: a", "Item i0000018: a",
+		std::string(8, '\0'), std::string(9, '\0'),
+	};
+	MapVocabulary<std::string> table;
+	for (std::size_t i = 0; i < values.size(); ++i)
+	{
+		bool existed = true;
+		EXPECT_EQ(i + 1, table.index(values[i], existed)) << i;
+		EXPECT_FALSE(existed) << i;
+	}
+	for (std::size_t i = 0; i < values.size(); ++i)
+	{
+		bool existed = false;
+		EXPECT_EQ(i + 1, table.index(values[i], existed)) << i;
+		EXPECT_TRUE(existed) << i;
+		bool found = false;
+		EXPECT_EQ(i + 1, table.exists(values[i], found)) << i;
+	}
+	for (const std::string& absent: {std::string("abcdefgh\0\0", 10), std::string("abcdefgj"), std::string("\0", 1), std::string("Item i0000019")})
+	{
+		bool found = true;
+		EXPECT_EQ(0xFFFFFFFFu, table.exists(absent, found));
+		EXPECT_FALSE(found);
+	}
+	bool found = false;
+	EXPECT_EQ(0u, table.exists("", found));
+	EXPECT_TRUE(found);
+
+	// A copy finds every value in its own storage.
+	std::unique_ptr<Vocabulary<std::string>> pCopy(table.clone());
+	for (std::size_t i = 0; i < values.size(); ++i)
+	{
+		EXPECT_EQ(i + 1, pCopy->exists(values[i], found)) << i;
+		EXPECT_NE(&table.value(static_cast<unsigned>(i + 1)), &pCopy->value(static_cast<unsigned>(i + 1)));
+	}
+}
+
+
 TEST(VerbTableTest, ChunkBoundaries)
 {
 	VerbTable<int> table;

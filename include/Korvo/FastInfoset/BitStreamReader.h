@@ -115,6 +115,8 @@ private:
 	Korvo::UInt32 look(int numBits) const;
 	Korvo::UInt32 take(int numBits);
 		/// The next numBits (1 to 32) buffered bits, right-aligned.
+	bool readOctetsSlow(std::string& str, unsigned int numCharacters);
+		/// read(str, numCharacters) when the octets are not all buffered at an octet boundary.
 	bool readAlignedOctets(std::string& str, unsigned int numCharacters);
 	bool readUnalignedOctets(std::string& str, unsigned int numCharacters);
 	bool nextBlock();
@@ -283,6 +285,20 @@ inline bool BitStreamReader::read(unsigned int& value, int numBits)
 	bool ok = hasBits(numBits);
 	value = ok ? take(numBits) : 0;
 	return ok;
+}
+
+
+inline bool BitStreamReader::read(std::string& str, unsigned int numCharacters)
+{
+	// A string that lies whole in the buffer at an octet boundary, the
+	// usual case, is copied in one go.
+	if (bitPos() == 0 && numCharacters - 1 < static_cast<unsigned int>(cachedBits()/8))
+	{
+		str.assign(reinterpret_cast<const char*>(_pBuffer) + _bitOffset/8, numCharacters);
+		_bitOffset += static_cast<int>(numCharacters)*8;
+		return true;
+	}
+	return readOctetsSlow(str, numCharacters);
 }
 
 

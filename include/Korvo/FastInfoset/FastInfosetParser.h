@@ -27,6 +27,7 @@
 #include "Poco/SAX/XMLReader.h"
 #include "Poco/SAX/AttributesImpl.h"
 #include <cstddef>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -45,6 +46,7 @@ class FastInfosetWriter;
 class FISContentHandler;
 class FISDocumentHandler;
 class NullRefEncoding;
+class RecycledAttributes;
 
 
 class FastInfoset_API FastInfosetParser: public Korvo::XML::XMLReader
@@ -211,6 +213,10 @@ protected:
 	void parseNamespaceAttribute(BitStreamReader& aReader, Korvo::XML::AttributesImpl& attrs);
 	void parseAttribute(BitStreamReader& aReader, Korvo::XML::AttributesImpl& attrs);
 	void parseQualifiedNameOrIndex(BitStreamReader& aReader, ResolvedQualName& qualName, bool isElement);
+	unsigned readQualifiedName(BitStreamReader& aReader, ResolvedQualName& qualName, bool isElement);
+		/// parseQualifiedNameOrIndex, returning the name's table index.
+	const std::string& readAttribute(BitStreamReader& aReader, ResolvedQualName& qualName);
+		/// Reads one attribute's name and value; the value as text.
 	const QualifiedNameEntry& getQualifiedNameEntry(unsigned idx, bool isElement);
 
 	// Strings, names and character content
@@ -236,14 +242,20 @@ private:
 	FastInfosetParser& operator = (const FastInfosetParser&);
 
 	void reserveBuffers();
+	RecycledAttributes& attributeList(unsigned elementIndex);
 	const std::string& tableString(DocumentVocabulary::ID id, unsigned index) const;
 	const std::string& nameString(DocumentVocabulary::ID id, unsigned index) const;
 	void resolve(const QualifiedNameEntry& entry, ResolvedQualName& qualName) const;
+	unsigned readLiteralQualifiedName(BitStreamReader& aReader, ResolvedQualName& qualName, bool isElement);
 	const ResolvedQualName& resolvedName(unsigned index, bool isElement);
+	const ResolvedQualName& resolveName(unsigned index, bool isElement);
+		/// resolvedName for an index not resolved before.
 	void rememberName(unsigned index, bool isElement, const ResolvedQualName& qualName);
 	const Korvo::XML::XMLString& qualifiedName(const ResolvedQualName& qualName);
 	Korvo::AutoPtr<Encoding> decodeAlgorithm(BitStreamReader& aReader, unsigned index);
 	void deliver(const Encoding& value);
+	void deliverText(const std::string& text);
+		/// Plain text, which reaches a typed handler as characters() too.
 
 	Korvo::XML::EntityResolver*  _pEntityResolver;
 	Korvo::XML::DTDHandler*      _pDTDHandler;
@@ -255,7 +267,10 @@ private:
 	FISContentHandler*           _pFISContentHandler;
 	bool                         _namespacePrefixes;
 	DocumentVocabulary           _vocabulary;
-	Korvo::XML::AttributesImpl   _attributes;
+	std::vector<std::unique_ptr<RecycledAttributes>> _attributeLists;
+		/// The attribute list of each of the first element names, by name
+		/// index, made when first needed; later names share the one at 0.
+	const Korvo::XML::AttributesImpl _noAttributes;
 	Korvo::XML::AttributesImpl   _namespaceAttributes;
 	std::string                  _octetBuffer;
 		/// Raw octets of a UTF-8, UTF-16 or restricted-alphabet string.

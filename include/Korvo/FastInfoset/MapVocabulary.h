@@ -19,12 +19,39 @@
 
 #include "Korvo/FastInfoset/FastInfoset.h"
 #include "Korvo/FastInfoset/Vocabulary.h"
+#include "Poco/ByteOrder.h"
+#include <cstring>
 #include <map>
 #include <memory>
+#include <memory_resource>
+#include <string>
 
 
 namespace Korvo {
 namespace FastInfoset {
+
+
+template <class T>
+inline Poco::UInt64 leadingOctets(const T&)
+	/// Values other than strings have no leading octets to compare first.
+{
+	return 0;
+}
+
+
+inline Poco::UInt64 leadingOctets(const std::string& value)
+	/// The first eight octets as a big-endian number, zero-padded: comparing
+	/// two such numbers orders strings byte-wise as far as they go.
+{
+	Poco::UInt64 word = 0;
+	if (value.size() >= sizeof(word))
+	{
+		std::memcpy(&word, value.data(), sizeof(word));
+		return Poco::ByteOrder::fromBigEndian(word);
+	}
+	for (char c: value) word = (word << 8) | static_cast<unsigned char>(c);
+	return value.empty() ? 0 : word << 8*(sizeof(word) - value.size());
+}
 
 
 template <class T>
@@ -59,7 +86,7 @@ public:
 		// other's map is already in order, so every insertion goes at the end.
 		for (const auto& entry: other._map)
 		{
-			_map.emplace_hint(_map.end(), &this->_index[entry.second], entry.second);
+			_map.emplace_hint(_map.end(), Key{entry.first.lead, &this->_index[entry.second]}, entry.second);
 		}
 	}
 
@@ -67,15 +94,17 @@ public:
 
 	unsigned int index(const T& value, bool& valueExisted) override
 	{
-		auto it = _map.lower_bound(value);
-		valueExisted = it != _map.end() && !(value < *it->first);
+		Key key{leadingOctets(value), &value};
+		auto it = _map.lower_bound(key);
+		valueExisted = it != _map.end() && !Less()(key, it->first);
 		if (valueExisted) return it->second;
 
 		unsigned int newIndex = this->_index.size();
 		this->_index.push_back(value);
 		try
 		{
-			_map.emplace_hint(it, &this->_index[newIndex], newIndex);
+			key.pValue = &this->_index[newIndex];
+			_map.emplace_hint(it, key, newIndex);
 		}
 		catch (...)
 		{
@@ -87,7 +116,7 @@ public:
 
 	unsigned int exists(const T& value, bool& found) const override
 	{
-		auto it = _map.find(value);
+		auto it = _map.find(Key{leadingOctets(value), &value});
 		found = it != _map.end();
 		return found ? it->second : Vocabulary<T>::NOT_FOUND;
 	}
@@ -121,29 +150,26 @@ public:
 	}
 
 private:
-	struct Less
-		/// Orders the keys, which point at the stored values, by value; also
-		/// compares a key with a plain value, so that look-ups need no copy.
+	struct Key
+		/// Points at a stored value; the value's leading octets are kept
+		/// beside the pointer, so that most comparisons need not follow it.
 	{
-		using is_transparent = void;
+		Poco::UInt64 lead;
+		const T* pValue;
+	};
 
-		bool operator () (const T* pLeft, const T* pRight) const
+	struct Less
+	{
+		bool operator () (const Key& left, const Key& right) const
 		{
-			return *pLeft < *pRight;
-		}
-
-		bool operator () (const T* pLeft, const T& right) const
-		{
-			return *pLeft < right;
-		}
-
-		bool operator () (const T& left, const T* pRight) const
-		{
-			return left < *pRight;
+			if (left.lead != right.lead) return left.lead < right.lead;
+			return *left.pValue < *right.pValue;
 		}
 	};
 
-	std::map<const T*, unsigned int, Less> _map;
+	std::pmr::monotonic_buffer_resource _nodes;
+		/// The map's nodes: a table only grows, so none is freed before the table.
+	std::pmr::map<Key, unsigned int, Less> _map{&_nodes};
 };
 
 

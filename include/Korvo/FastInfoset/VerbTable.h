@@ -102,6 +102,14 @@ public:
 		/// The value at idx; throws std::out_of_range "index out of range"
 		/// past the end.
 	{
+		const T* pValue = get(idx);
+		if (!pValue) throw std::out_of_range("index out of range");
+		return *pValue;
+	}
+
+	const T* get(unsigned int idx) const
+		/// The value at idx, or null past the end.
+	{
 		// Chunk k starts at 256 * (2^k - 1): find it directly instead of walking.
 		unsigned int q = idx/INITIAL_CHUNK_SIZE + 1;
 		std::size_t k = 31 - static_cast<unsigned int>(__builtin_clz(q));
@@ -109,9 +117,9 @@ public:
 		{
 			std::size_t offset = idx - chunkStart(k);
 			const std::vector<T>& chunk = *_chunks[k];
-			if (offset < chunk.size()) return chunk[offset];
+			if (offset < chunk.size()) return &chunk[offset];
 		}
-		throw std::out_of_range("index out of range");
+		return nullptr;
 	}
 
 	const T& operator [] (unsigned int idx) const

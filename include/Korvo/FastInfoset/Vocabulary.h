@@ -52,6 +52,13 @@ public:
 		/// Returns the value at idx. The reference stays valid for the
 		/// life of the table.
 
+	const T* lookup(unsigned int idx) const
+		/// The value at idx, or null past the end: the reader's fast path,
+		/// which reports a bad index itself.
+	{
+		return _index.get(idx);
+	}
+
 	virtual unsigned int size() const = 0;
 		/// Number of entries, the placeholder included.
 
