@@ -111,16 +111,6 @@ void BitStreamReader::skipSlow(int bits)
 }
 
 
-void BitStreamReader::skipToByteStart()
-{
-	int modVal = _bitOffset & 7;
-	if (modVal != 0) _bitOffset += 8 - modVal;
-
-	poco_assert (cachedBits() >= 0);
-	poco_assert (_bitOffset % Utility::SIZEOFCHARINBIT == 0);
-}
-
-
 bool BitStreamReader::canRead(int numBits)
 {
 	if (cachedBits() >= numBits) return true;

@@ -269,26 +269,10 @@ namespace
 }
 
 
-void Decoder::integer(BitStreamReader& aReader, unsigned int& val)
+void Decoder::integerForms(BitStreamReader& aReader, unsigned int& val)
 {
-	// From the second to the fourth bit, a clear first bit announces the
-	// one-octet form, value less one in the rest of the octet: by far the
-	// most common index, decoded from a single peek.
-	const int pos = aReader.bitPos();
-	if (pos >= 1 && pos <= 3)
-	{
-		const int restOfOctet = Utility::SIZEOFCHARINBIT - pos;
-		unsigned char rest = 0;
-		if (aReader.peek(rest, restOfOctet) && !(rest >> (restOfOctet - 1)))
-		{
-			aReader.skip(restOfOctet);
-			val = rest + 1u;
-			return;
-		}
-	}
-
 	val = 0;
-	switch (pos)
+	switch (aReader.bitPos())
 	{
 	case 0:
 		throw FISEncodingException("Illegal bit position 0: Integers can never start there");
@@ -312,7 +296,7 @@ void Decoder::integer(BitStreamReader& aReader, unsigned int& val)
 }
 
 
-void Decoder::nonEmptyStringLength(BitStreamReader& aReader, unsigned int& strLen)
+void Decoder::stringLengthForms(BitStreamReader& aReader, unsigned int& strLen)
 {
 	switch (aReader.bitPos())
 	{

@@ -230,7 +230,7 @@ TEST(ParserRoundTripTest, AttributeListsFollowEachElement)
 {
 	// Elements of one name with more, fewer, other and no attributes, and
 	// other elements between them: each startElement sees exactly its own.
-	using Attributes = std::initializer_list<std::pair<const char*, const char*>>;
+	using Attributes = std::vector<std::pair<const char*, const char*>>;
 	const std::vector<std::pair<const char*, Attributes>> elements =
 	{
 		{"e", {{"a", "1"}, {"b", "2"}}},
@@ -247,7 +247,9 @@ TEST(ParserRoundTripTest, AttributeListsFollowEachElement)
 		w.startElement("", "r", "", NO_ATTRIBUTES);
 		for (const auto& element: elements)
 		{
-			w.startElement("", element.first, "", attributes(element.second));
+			AttributesImpl attrs;
+			for (const auto& a: element.second) attrs.addAttribute("", a.first, "", "CDATA", a.second);
+			w.startElement("", element.first, "", attrs);
 			w.endElement("", element.first, "");
 		}
 		w.endElement("", "r", "");

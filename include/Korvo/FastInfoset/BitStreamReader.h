@@ -184,6 +184,16 @@ inline void BitStreamReader::skip(int bits)
 }
 
 
+inline void BitStreamReader::skipToByteStart()
+{
+	int modVal = _bitOffset & 7;
+	if (modVal != 0) _bitOffset += 8 - modVal;
+
+	poco_assert (cachedBits() >= 0);
+	poco_assert (_bitOffset % Utility::SIZEOFCHARINBIT == 0);
+}
+
+
 inline bool BitStreamReader::checkInputParams(int size, int& numOfBits) const
 {
 	return numOfBits >= 1 && numOfBits <= size;

@@ -117,7 +117,48 @@ public:
 
 	static void handleNameSurrogatesVoc(BitStreamReader& aReader, Vocabulary<QualifiedNameEntry>& voc);
 		/// Adds the name surrogates of a section to voc.
+
+private:
+	static bool oneOctetForm(BitStreamReader& aReader, unsigned int& value);
+		/// The short form of an integer or length that starts inside an
+		/// octet: a clear first bit, then the value less one in the rest of
+		/// the octet. False, reading nothing, for any other form or when the
+		/// octet is not there.
+
+	static void integerForms(BitStreamReader& aReader, unsigned int& val);
+	static void stringLengthForms(BitStreamReader& aReader, unsigned int& strLen);
+		/// integer() and nonEmptyStringLength() for every form.
 };
+
+
+//
+// inlines
+//
+inline bool Decoder::oneOctetForm(BitStreamReader& aReader, unsigned int& value)
+{
+	const int restOfOctet = Utility::SIZEOFCHARINBIT - aReader.bitPos();
+	unsigned char rest = 0;
+	if (!aReader.peek(rest, restOfOctet) || (rest >> (restOfOctet - 1))) return false;
+	aReader.skip(restOfOctet);
+	value = rest + 1u;
+	return true;
+}
+
+
+inline void Decoder::integer(BitStreamReader& aReader, unsigned int& val)
+{
+	// Most indices are small enough for the short forms of the second to
+	// the fourth bit.
+	const int pos = aReader.bitPos();
+	if (pos < 1 || pos > 3 || !oneOctetForm(aReader, val)) integerForms(aReader, val);
+}
+
+
+inline void Decoder::nonEmptyStringLength(BitStreamReader& aReader, unsigned int& strLen)
+{
+	const int pos = aReader.bitPos();
+	if ((pos != 1 && pos != 4 && pos != 6) || !oneOctetForm(aReader, strLen)) stringLengthForms(aReader, strLen);
+}
 
 
 } } // namespace Korvo::FastInfoset
