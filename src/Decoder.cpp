@@ -64,6 +64,23 @@ namespace
 		return bits;
 	}
 
+	struct TwoOctetForm
+		/// The prefix that announces the two-octet form of an integer
+		/// starting at a bit position, and the smallest value of the form.
+	{
+		int prefixBits;
+		unsigned int prefix;
+		unsigned int base;
+	};
+
+	const TwoOctetForm TWO_OCTET_FORMS[] =
+	{
+		{0, 0, 0},      // integers never start at the first bit
+		{2, 0x2, 65},   // second bit: 10 and 13 bits
+		{3, 0x4, 33},   // third bit: 100 and 11 bits
+		{3, 0x4, 17},   // fourth bit: 100 and 10 bits
+	};
+
 	unsigned int integerAtPos1(BitStreamReader& aReader)
 	{
 		unsigned int val = readBits(aReader, 7);
@@ -271,8 +288,26 @@ namespace
 
 void Decoder::integerForms(BitStreamReader& aReader, unsigned int& val)
 {
+	// The two-octet forms from the second to the fourth bit, the next most
+	// common after the one-octet ones, are decoded from one peek.
+	const int pos = aReader.bitPos();
+	if (pos >= 1 && pos <= 3)
+	{
+		const TwoOctetForm& form = TWO_OCTET_FORMS[pos];
+		const int numBits = 2*Utility::SIZEOFCHARINBIT - pos;
+		const int valueBits = numBits - form.prefixBits;
+		unsigned int bits = 0;
+		// canRead() first: a memory reader fails an assertion on a peek past its end.
+		if (aReader.canRead(numBits) && aReader.peek(bits, numBits) && (bits >> valueBits) == form.prefix)
+		{
+			aReader.skip(numBits);
+			val = (bits & ((1u << valueBits) - 1)) + form.base;
+			return;
+		}
+	}
+
 	val = 0;
-	switch (aReader.bitPos())
+	switch (pos)
 	{
 	case 0:
 		throw FISEncodingException("Illegal bit position 0: Integers can never start there");

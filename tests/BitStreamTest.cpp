@@ -214,6 +214,10 @@ TEST(BitStreamReaderTest, PeekAndSkip)
 	EXPECT_EQ(0xC, a);
 	EXPECT_EQ(0x30, c);
 	EXPECT_EQ(2, reader.bitPos());
+	unsigned int wide = 0;
+	EXPECT_TRUE(reader.peek(wide, 30));   // 110000 and the first three octets of data
+	EXPECT_EQ(toBits(fromHex("F0") + data).substr(2, 30), bin(wide, 30));
+	EXPECT_EQ(2, reader.bitPos());
 
 	reader.skipToByteStart();
 	reader.skipToByteStart();
@@ -309,6 +313,7 @@ TEST(BitStreamReaderTest, MemoryReaderMisuseAndStreamErrors)
 	EXPECT_ASSERTION(unaligned.read(octet, 9), "checkInputParams(Utility::SIZEOFCHARINBIT, numBits)");
 	EXPECT_ASSERTION(unaligned.read(s, 17), "checkInputParams(Utility::SIZEOFINT16INBIT, numBits)");
 	EXPECT_ASSERTION(unaligned.read(i, 0), "checkInputParams(Utility::SIZEOFINT32INBIT, numBits)");
+	EXPECT_ASSERTION(unaligned.peek(i, 33), "checkInputParams(Utility::SIZEOFINT32INBIT, numBits)");
 	EXPECT_ASSERTION(unaligned.read(l, 65), "checkInputParams(Utility::SIZEOFINT64INBIT, numBits)");
 
 	std::istream broken(nullptr);

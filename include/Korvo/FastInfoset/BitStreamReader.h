@@ -58,6 +58,9 @@ public:
 	bool peek(char& value, int numBits);
 		/// Returns the next numBits (1 to 8) bits without consuming them.
 
+	bool peek(unsigned int& value, int numBits);
+		/// Returns the next numBits (1 to 32) bits without consuming them.
+
 	bool read(unsigned char& value, int numBits);
 	bool read(char& value, int numBits);
 		/// Reads 1 to 8 bits, right-aligned.
@@ -255,6 +258,16 @@ inline bool BitStreamReader::peek(unsigned char& value, int numBits)
 inline bool BitStreamReader::peek(char& value, int numBits)
 {
 	return peek(reinterpret_cast<unsigned char&>(value), numBits);
+}
+
+
+inline bool BitStreamReader::peek(unsigned int& value, int numBits)
+{
+	poco_assert (checkInputParams(Utility::SIZEOFINT32INBIT, numBits));
+
+	bool ok = hasBits(numBits);
+	value = ok ? look(numBits) : 0;
+	return ok;
 }
 
 
