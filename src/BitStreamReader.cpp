@@ -137,7 +137,7 @@ bool BitStreamReader::readAlignedOctets(std::string& str, unsigned int numCharac
 	for (;;)
 	{
 		unsigned int n = std::min<unsigned int>(remaining, cachedBits()/8);
-		str.append(reinterpret_cast<const char*>(_pBuffer) + _bitOffset/8, n);
+		str.append(reinterpret_cast<const char*>(_pBuffer) + octetOffset(), n);
 		_bitOffset += static_cast<int>(n)*8;
 		remaining -= n;
 		if (remaining == 0) return !eof();
@@ -160,7 +160,7 @@ bool BitStreamReader::readUnalignedOctets(std::string& str, unsigned int numChar
 			if (!hasBits(Utility::SIZEOFCHARINBIT)) return false;
 			continue;
 		}
-		const unsigned char* p = _pBuffer + _bitOffset/8;
+		const unsigned char* p = _pBuffer + octetOffset();
 		std::size_t oldSize = str.size();
 		str.resize(oldSize + n);
 		char* pOut = &str[oldSize];
@@ -186,7 +186,7 @@ bool BitStreamReader::nextBlock()
 
 bool BitStreamReader::slideWindow()
 {
-	const unsigned char* pStart = _pBuffer + _bitOffset/8;
+	const unsigned char* pStart = _pBuffer + octetOffset();
 	const unsigned char* pWindowEnd = _pBuffer + _cachedBits/8;
 	if (pWindowEnd == _pBlockEnd) return false;
 
@@ -201,7 +201,7 @@ bool BitStreamReader::slideWindow()
 std::size_t BitStreamReader::availableOctets() const
 {
 	if (_pStream) return cachedBits()/8;
-	return static_cast<std::size_t>(_pBlockEnd - _pBuffer) - _bitOffset/8;
+	return static_cast<std::size_t>(_pBlockEnd - _pBuffer) - octetOffset();
 }
 
 

@@ -132,6 +132,8 @@ private:
 	int readFromStream(char* pBuffer, int length);
 	bool checkInputParams(int size, int& numOfBits) const;
 	unsigned char curByte() const;
+	std::size_t octetOffset() const;
+		/// The buffered octet that holds the next bit.
 
 	std::istream*        _pStream;
 	int                  _cachedBits;
@@ -165,9 +167,16 @@ inline bool BitStreamReader::eof() const
 }
 
 
+inline std::size_t BitStreamReader::octetOffset() const
+{
+	// The offset is never negative: a shift divides it.
+	return static_cast<unsigned int>(_bitOffset) >> 3;
+}
+
+
 inline unsigned char BitStreamReader::curByte() const
 {
-	return _pBuffer[_bitOffset / 8];
+	return _pBuffer[octetOffset()];
 }
 
 
@@ -212,9 +221,10 @@ inline bool BitStreamReader::hasBits(int numBits)
 inline Korvo::UInt32 BitStreamReader::look(int numBits) const
 {
 	// The bits span at most five octets; the first is masked to its unread part.
-	const unsigned char* p = _pBuffer + _bitOffset/8;
-	int have = Utility::SIZEOFCHARINBIT - (_bitOffset & 7);
-	Korvo::UInt64 bits = *p & Utility::lowBitMask[have];
+	const unsigned char* p = _pBuffer + octetOffset();
+	const int used = _bitOffset & 7;
+	int have = Utility::SIZEOFCHARINBIT - used;
+	Korvo::UInt64 bits = *p & (0xFFu >> used);
 	while (have < numBits)
 	{
 		bits = (bits << 8) | *++p;
@@ -317,7 +327,7 @@ inline bool BitStreamReader::read(std::string& str, unsigned int numCharacters)
 	// usual case, is copied in one go.
 	if (bitPos() == 0 && numCharacters - 1 < static_cast<unsigned int>(cachedBits()/8))
 	{
-		str.assign(reinterpret_cast<const char*>(_pBuffer) + _bitOffset/8, numCharacters);
+		str.assign(reinterpret_cast<const char*>(_pBuffer) + octetOffset(), numCharacters);
 		_bitOffset += static_cast<int>(numCharacters)*8;
 		return true;
 	}
