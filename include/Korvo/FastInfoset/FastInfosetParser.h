@@ -67,7 +67,9 @@ class FastInfoset_API FastInfosetParser: public Korvo::XML::XMLReader
 	/// attribute list. When the namespace-prefixes feature is on (the
 	/// default), startElement and endElement receive "prefix:local" as
 	/// qualified name for a prefixed element and an empty qualified name
-	/// otherwise; attributes never carry a qualified name or a type.
+	/// otherwise; attributes never carry a qualified name or a type. As in
+	/// any SAX2 reader, the Attributes that startElement receives are valid
+	/// during that call only: the parser refills them for later elements.
 	///
 	/// The endPrefixMapping calls after an element's endElement report the
 	/// declarations of the last element that began inside it (or its own,
