@@ -63,6 +63,8 @@ TEST(RestrictedAlphabetTest, PlaceholderAndEmptyString)
 	RestrictedAlphabet placeholder;
 	EXPECT_EQ(0, placeholder.bitSize());
 	EXPECT_TRUE(placeholder.characters().empty());
+	EXPECT_TRUE(placeholder.isEndOfString(0));
+	EXPECT_FALSE(placeholder.isEndOfString(-1));
 	EXPECT_ASSERTION(RestrictedAlphabet(""), "!utf8Characters.empty()");
 }
 

@@ -71,7 +71,9 @@ inline int RestrictedAlphabet::indexToChar(int index) const
 
 inline bool RestrictedAlphabet::isEndOfString(int index) const
 {
-	return index == static_cast<int>(_characters.size()) - 1;
+	// A placeholder has no terminator entry: its strings end at 0.
+	const int count = _characters.empty() ? 0 : static_cast<int>(_characters.size()) - 1;
+	return index == count;
 }
 
 
