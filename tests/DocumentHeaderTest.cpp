@@ -110,21 +110,22 @@ TEST(DocumentHeaderTest, BadIdentificationVersionOrTruncation)
 
 TEST(DocumentHeaderTest, FlagsAreHandedBackAndTheVocabularyStartsFresh)
 {
+	// notations, unparsed entities, character encoding scheme, standalone, version
 	const struct
 	{
 		const char* flags;
-		bool notations, unparsedEntities, characterEncodingScheme, standalone, version;
+		Decoder::OpenHeaderParts parts;
 	}
 	cases[] =
 	{
-		{"00", false, false, false, false, false},
-		{"10", true, false, false, false, false},
-		{"08", false, true, false, false, false},
-		{"04", false, false, true, false, false},
-		{"02", false, false, false, true, false},
-		{"01", false, false, false, false, true},
-		{"1F", true, true, true, true, true},
-		{"40 00 01 6964 01 6464", false, false, false, false, false}, // additional data "id": "dd"
+		{"00", {false, false, false, false, false}},
+		{"10", {true, false, false, false, false}},
+		{"08", {false, true, false, false, false}},
+		{"04", {false, false, true, false, false}},
+		{"02", {false, false, false, true, false}},
+		{"01", {false, false, false, false, true}},
+		{"1F", {true, true, true, true, true}},
+		{"40 00 01 6964 01 6464", {}}, // additional data "id": "dd"
 	};
 	for (const auto& c: cases)
 	{
@@ -135,12 +136,12 @@ TEST(DocumentHeaderTest, FlagsAreHandedBackAndTheVocabularyStartsFresh)
 		std::istringstream in(fromHex("E0000001") + fromHex(c.flags) + fromHex("AB"));
 		BitStreamReader reader(in);
 		preHeaderOf(reader);
-		Decoder::OpenHeaderParts parts = Decoder::documentHeader(reader, voc, nullptr);
-		EXPECT_EQ(c.notations, parts.hasNotations) << c.flags;
-		EXPECT_EQ(c.unparsedEntities, parts.hasUnparsedEntities) << c.flags;
-		EXPECT_EQ(c.characterEncodingScheme, parts.hasCharacterEncodingScheme) << c.flags;
-		EXPECT_EQ(c.standalone, parts.standalone) << c.flags;
-		EXPECT_EQ(c.version, parts.hasVersion) << c.flags;
+		const Decoder::OpenHeaderParts parts = Decoder::documentHeader(reader, voc, nullptr);
+		EXPECT_EQ(c.parts.hasNotations, parts.hasNotations) << c.flags;
+		EXPECT_EQ(c.parts.hasUnparsedEntities, parts.hasUnparsedEntities) << c.flags;
+		EXPECT_EQ(c.parts.hasCharacterEncodingScheme, parts.hasCharacterEncodingScheme) << c.flags;
+		EXPECT_EQ(c.parts.standalone, parts.standalone) << c.flags;
+		EXPECT_EQ(c.parts.hasVersion, parts.hasVersion) << c.flags;
 		EXPECT_EQ(2u, voc.vocabulary(DocumentVocabulary::PREFIX)->size()) << c.flags;
 		unsigned char next;
 		EXPECT_TRUE(reader.read(next, 8) && next == 0xAB) << c.flags;

@@ -40,22 +40,14 @@ class FastInfoset_API Decoder
 {
 public:
 	struct OpenHeaderParts
-		/// The header flags that the parser still has to act on.
+		/// The header flags that the parser still has to act on; a plain
+		/// record, so {hasNotations, ..., hasVersion} initialises it.
 	{
-		OpenHeaderParts():
-			hasNotations(false),
-			hasUnparsedEntities(false),
-			hasCharacterEncodingScheme(false),
-			standalone(false),
-			hasVersion(false)
-		{
-		}
-
-		bool hasNotations;
-		bool hasUnparsedEntities;
-		bool hasCharacterEncodingScheme;
-		bool standalone;
-		bool hasVersion;
+		bool hasNotations = false;
+		bool hasUnparsedEntities = false;
+		bool hasCharacterEncodingScheme = false;
+		bool standalone = false;
+		bool hasVersion = false;
 	};
 
 	static void integer(BitStreamReader& aReader, unsigned int& val);
