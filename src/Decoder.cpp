@@ -451,14 +451,15 @@ void Decoder::documentPreHeader(BitStreamReader& aReader, std::string& xmlDeclar
 	if (version != VERSION)
 		throw FISException("Unsupported Fast Infoset document version");
 
-	// The '0' bit, and the seven flags that documentHeader() reads.
-	expect(aReader.canRead(8), END_OF_HEADER);
-	aReader.skip(1);
+	// The '0' bit; the flags after it are documentHeader()'s to read, or to miss.
+	if (aReader.canRead(1)) aReader.skip(1);
 }
 
 
 Decoder::OpenHeaderParts Decoder::documentHeader(BitStreamReader& aReader, DocumentVocabulary& voc, FISDocumentHandler* pHandler)
 {
+	// A header that ends before its flags may have had no '0' bit to skip.
+	expect(aReader.canRead(7), END_OF_HEADER);
 	poco_assert (aReader.bitPos() == 1);
 
 	unsigned int flags;
