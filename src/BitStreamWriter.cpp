@@ -54,6 +54,14 @@ BitStreamWriter::~BitStreamWriter()
 }
 
 
+void BitStreamWriter::discardPending()
+{
+	// Flushed octets are zero already; only the unfinished one holds bits.
+	curByte() = 0;
+	_cachedBits = 0;
+}
+
+
 void BitStreamWriter::write(bool value)
 {
 	if (value) curByte() |= Utility::pow2[curBitOffsetInByte()];

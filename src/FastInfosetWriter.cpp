@@ -121,6 +121,9 @@ FastInfosetWriter::FastInfosetWriter(std::ostream& ostr, bool writeXMLDeclaratio
 
 FastInfosetWriter::~FastInfosetWriter()
 {
+	// A document that was never ended stays as far as it got: its last
+	// octet is not padded out.
+	_writer.discardPending();
 }
 
 

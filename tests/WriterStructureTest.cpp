@@ -253,6 +253,25 @@ TEST(WriterStructureTest, OneDocumentPerWriter)
 }
 
 
+TEST(WriterStructureTest, DestructionWritesNothing)
+{
+	// Without endDocument the element's end stays pending: it is not padded into an octet.
+	std::ostringstream ended;
+	std::ostringstream abandoned;
+	for (std::ostringstream* pOut: {&ended, &abandoned})
+	{
+		FastInfosetWriter writer(*pOut);
+		writer.startDocument();
+		writer.startElement("", "a", "a", NO_ATTRIBUTES);
+		writer.endElement("", "a", "a");
+		if (pOut == &ended) writer.endDocument();
+	}
+	const std::string complete = ended.str();
+	EXPECT_EQ("FF", hex(complete.substr(complete.size() - 1))); // the element's and the document's end
+	EXPECT_EQ(hex(complete.substr(0, complete.size() - 1)), hex(abandoned.str()));
+}
+
+
 TEST(WriterStructureTest, VectorVocabularyIsRefused)
 {
 	const std::string message = "A DocumentVocabulary with VOC_VECTOR implementation cannot be used by FastInfosetWriter";

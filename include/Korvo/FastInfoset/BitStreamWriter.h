@@ -79,6 +79,10 @@ public:
 	int bitPos() const;
 		/// Number of bits already used in the current octet (0 = octet boundary).
 
+	void discardPending();
+		/// Drops the bits of the unfinished octet, so that neither complete()
+		/// nor the destructor writes them. The next bit starts a new octet.
+
 private:
 	BitStreamWriter(const BitStreamWriter&);
 	BitStreamWriter& operator = (const BitStreamWriter&);
