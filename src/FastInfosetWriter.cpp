@@ -96,7 +96,7 @@ FastInfosetWriter::FastInfosetWriter(std::ostream& ostr):
 FastInfosetWriter::FastInfosetWriter(std::ostream& ostr, bool writeXMLDeclaration, DocumentVocabulary::VocabularyImpl impl):
 	_writer(ostr, false),
 	_writeXMLDeclaration(writeXMLDeclaration),
-	_vocabulary((checkImpl(impl), impl)),
+	_vocabulary(impl),
 	_prefixCounter(0),
 	_externalVocabulary(DocumentVocabulary::DONT_INITIALIZE),
 	_maxIndexedStringLength(16),
@@ -109,7 +109,7 @@ FastInfosetWriter::FastInfosetWriter(std::ostream& ostr, bool writeXMLDeclaratio
 FastInfosetWriter::FastInfosetWriter(std::ostream& ostr, bool writeXMLDeclaration, const DocumentVocabulary& voc):
 	_writer(ostr, false),
 	_writeXMLDeclaration(writeXMLDeclaration),
-	_vocabulary((checkImpl(voc.impl()), voc)),
+	_vocabulary(voc),
 	_prefixCounter(0),
 	_externalVocabulary(DocumentVocabulary::DONT_INITIALIZE),
 	_maxIndexedStringLength(16),
@@ -132,14 +132,6 @@ FastInfosetWriter::~FastInfosetWriter()
 //
 
 
-void FastInfosetWriter::checkImpl(DocumentVocabulary::VocabularyImpl impl)
-{
-	// A vector table cannot find a value's index, and the writer looks up every name and string.
-	if (impl == DocumentVocabulary::VOC_VECTOR)
-		throw Korvo::InvalidArgumentException("A DocumentVocabulary with VOC_VECTOR implementation cannot be used by FastInfosetWriter");
-}
-
-
 void FastInfosetWriter::setMaxIndexedStringLength(int length)
 {
 	_maxIndexedStringLength = length;
@@ -154,7 +146,9 @@ void FastInfosetWriter::setWriteXMLDeclaration(bool val)
 
 void FastInfosetWriter::setDocumentVocabulary(const DocumentVocabulary& voc)
 {
-	checkImpl(voc.impl());
+	// A vector table cannot find a value's index, and the writer looks up every name and string.
+	if (voc.impl() == DocumentVocabulary::VOC_VECTOR)
+		throw Korvo::InvalidArgumentException("A DocumentVocabulary with VOC_VECTOR implementation cannot be used by FastInfosetWriter");
 	if (&voc != &_vocabulary) _vocabulary = voc;
 	forgetNames();
 }
@@ -759,6 +753,19 @@ bool FastInfosetWriter::isIndexable(std::size_t length) const
 }
 
 
+inline unsigned int FastInfosetWriter::indexValue(DocumentVocabulary::ID voc, const std::string& str, bool& exists)
+{
+	// Index 0 always holds the empty string, which has no literal form; a
+	// vector table would not find it there.
+	if (str.empty())
+	{
+		exists = true;
+		return 0;
+	}
+	return _vocabulary.index(voc, str, exists);
+}
+
+
 unsigned int FastInfosetWriter::writeNonIdentifyingStringOrIndex(const std::string& str, DocumentVocabulary::ID voc)
 {
 	const int pos = _writer.bitPos();
@@ -766,7 +773,7 @@ unsigned int FastInfosetWriter::writeNonIdentifyingStringOrIndex(const std::stri
 	const bool indexed = isIndexable(str.size());
 	bool exists = false;
 	unsigned int idx = 0;
-	if (indexed) idx = _vocabulary.index(voc, str, exists);
+	if (indexed) idx = indexValue(voc, str, exists);
 	_writer.write(exists);
 	if (exists)
 	{
@@ -790,7 +797,7 @@ unsigned int FastInfosetWriter::writeNonIdentifyingStringOrIndex(const Encoding&
 	const bool indexed = textual && isIndexable(encoding.content().size());
 	bool exists = false;
 	unsigned int idx = 0;
-	if (indexed) idx = _vocabulary.index(voc, encoding.content(), exists);
+	if (indexed) idx = indexValue(voc, encoding.content(), exists);
 	_writer.write(exists);
 	if (exists)
 	{

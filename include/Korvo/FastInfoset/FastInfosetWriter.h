@@ -78,13 +78,12 @@ public:
 
 	FastInfosetWriter(std::ostream& ostr, bool writeXMLDeclaration, DocumentVocabulary::VocabularyImpl impl);
 		/// Creates a writer whose vocabulary tables are of the kind impl.
-		/// Throws InvalidArgumentException for VOC_VECTOR, whose tables cannot
-		/// find a value's index.
+		/// VOC_VECTOR tables never find a value already present, so such a
+		/// writer writes every string literally.
 
 	FastInfosetWriter(std::ostream& ostr, bool writeXMLDeclaration, const DocumentVocabulary& voc);
 		/// Creates a writer that starts from a copy of voc. The entries voc
 		/// adds to a fresh vocabulary are announced in the document header.
-		/// Throws InvalidArgumentException for a VOC_VECTOR vocabulary.
 
 	~FastInfosetWriter();
 		/// Writes nothing more; a document not yet ended stays incomplete.
@@ -300,7 +299,6 @@ private:
 	FastInfosetWriter(const FastInfosetWriter&);
 	FastInfosetWriter& operator = (const FastInfosetWriter&);
 
-	static void checkImpl(DocumentVocabulary::VocabularyImpl impl);
 	void elementName(const Korvo::XML::XMLString& namespaceURI, const Korvo::XML::XMLString& localName, const Korvo::XML::XMLString& qname, const Korvo::XML::XMLString*& pPrefix, const Korvo::XML::XMLString*& pLocalName);
 		/// The prefix and local name an element is written with, declaring
 		/// its prefix when needed.
@@ -309,6 +307,8 @@ private:
 	void padToOctet();
 	void writeTerminator();
 	bool isIndexable(std::size_t length) const;
+	unsigned int indexValue(DocumentVocabulary::ID voc, const std::string& str, bool& exists);
+		/// The index of str in table voc, added when absent.
 	bool hasOnlyPredefinedEntries() const;
 	void writeNameSurrogate(const QualifiedNameEntry& qne);
 	bool findQualifiedName(const Korvo::XML::XMLString& prefix, const Korvo::XML::XMLString& ns, const Korvo::XML::XMLString& localName, bool inElement, unsigned int& idx) const;
