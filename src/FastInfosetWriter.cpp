@@ -630,11 +630,26 @@ void FastInfosetWriter::writeIdentifyingStringIndex(unsigned int strIdx)
 
 void FastInfosetWriter::characters(const XMLChar ch[], int start, int length)
 {
-	if (start < 0 || length < 0) throw std::out_of_range("characters(): negative start or length");
-	if (length == 0) return;
+	// The text is taken as a substring of the NUL-terminated ch. The NUL is
+	// looked for only up to start + length, so a SAX parser's buffer, which
+	// need not be terminated, is never read past the range.
+	if (start == 0 && length == 0) return;
 	poco_check_ptr (ch);
-	// Exactly length characters: a SAX parser's buffer need not be NUL-terminated.
-	_textBuffer.assign(ch + start, length);
+	if (start < 0) throw std::out_of_range("characters(): start beyond the end of the text");
+	const std::size_t begin = static_cast<std::size_t>(start);
+	std::size_t end;
+	if (length < 0)
+	{
+		end = std::strlen(ch);
+	}
+	else
+	{
+		end = begin + static_cast<std::size_t>(length);
+		const void* pNul = std::memchr(ch, 0, end);
+		if (pNul) end = static_cast<std::size_t>(static_cast<const XMLChar*>(pNul) - ch);
+	}
+	if (begin > end) throw std::out_of_range("characters(): start beyond the end of the text");
+	_textBuffer.assign(ch + begin, end - begin);
 	characters(_textBuffer);
 }
 

@@ -14,6 +14,7 @@
 #include "support/ExceptionMatchers.h"
 #include "support/WriterTesting.h"
 #include <gtest/gtest.h>
+#include <cstring>
 #include <functional>
 #include <memory>
 #include <sstream>
@@ -128,29 +129,53 @@ std::string writeElement(const std::function<void(FastInfosetWriter&)>& content)
 } // namespace
 
 
-TEST(WriterContentTest, CharactersReadOnlyTheGivenRange)
+TEST(WriterContentTest, CharactersTakeASubstringOfTheGivenRangeOnly)
 {
-	// a buffer of exactly three characters, no terminating NUL
+	// Each text lies in a heap buffer of exactly its size, so that reading
+	// past it is caught under the address sanitizer.
+	const struct
+	{
+		std::string text;
+		int start;
+		int length;
+		const char* body; // null: std::out_of_range
+	}
+	cases[] =
+	{
+		{std::string("abc"), 1, 2, "91 6263"},                // no NUL: the range only
+		{std::string("abc\0", 4), 1, 10, "91 6263"},          // cut at the NUL
+		{std::string("ab\0cd\0", 6), 0, 5, "91 6162"},        // an embedded NUL ends the text
+		{std::string("abc\0", 4), 0, -1, "92 00 616263"},     // the rest of the text
+		{std::string("abc\0", 4), 3, 5, ""},                  // start at the end: nothing
+		{std::string("abc\0", 4), 4, 0, nullptr},
+		{std::string("ab\0cd\0", 6), 3, 1, nullptr},
+		{std::string("abc\0", 4), -1, 1, nullptr},
+	};
+	for (const auto& c: cases)
+	{
+		SCOPED_TRACE(::testing::Message() << c.start << ", " << c.length);
+		std::unique_ptr<char[]> buffer(new char[c.text.size()]);
+		std::memcpy(buffer.get(), c.text.data(), c.text.size());
+		const auto content = [&](FastInfosetWriter& w) { w.characters(buffer.get(), c.start, c.length); };
+		if (c.body)
+			EXPECT_EQ(golden(HEADER + "3C 0061" + c.body + "FF"), writeElement(content));
+		else
+			EXPECT_THROW(writeElement(content), std::out_of_range);
+	}
+
 	std::unique_ptr<char[]> buffer(new char[3]);
-	buffer[0] = 'a';
-	buffer[1] = 'b';
-	buffer[2] = 'c';
-	EXPECT_EQ(golden(HEADER + "3C 0061 91 6263 FF"),
-		writeElement([&](FastInfosetWriter& w) { w.characters(buffer.get(), 1, 2); }));
+	std::memcpy(buffer.get(), "abc", 3);
 	EXPECT_EQ(golden(HEADER + "3C 0061 E2 42 616263 FF"),
 		writeElement([&](FastInfosetWriter& w) { w.comment(buffer.get(), 0, 3); }));
 }
 
 
-TEST(WriterContentTest, NegativeRangeThrowsOutOfRange)
+TEST(WriterContentTest, NegativeCommentRangeThrowsOutOfRange)
 {
 	std::ostringstream out;
 	FastInfosetWriter writer(out);
 	writer.startDocument();
 	writer.startElement("", "a", "a", AttributesImpl());
-	EXPECT_THROW(writer.characters("abc", -1, 1), std::out_of_range);
-	EXPECT_THROW(writer.characters("abc", 0, -1), std::out_of_range);
-	EXPECT_THROW(writer.ignorableWhitespace("  ", 0, -2), std::out_of_range);
 	EXPECT_THROW(writer.comment("abc", -1, 2), std::out_of_range);
 	EXPECT_THROW(writer.comment("abc", 1, -1), std::out_of_range);
 }

@@ -140,9 +140,12 @@ public:
 		/// Ends the open element; the names are not compared with it.
 
 	void characters(const Korvo::XML::XMLChar ch[], int start, int length);
-		/// Writes the length characters at ch + start as one character chunk
-		/// (ch need not be NUL-terminated). Throws std::out_of_range for a
-		/// negative start or length.
+		/// Writes length characters from start of the NUL-terminated string ch
+		/// as one character chunk, as a substring would take them: a NUL ends
+		/// the text, and a negative length takes the rest of it. Nothing past
+		/// ch + start + length is read, so a buffer without NUL that holds the
+		/// range will do. Throws std::out_of_range when start lies beyond the
+		/// end of the text.
 
 	void ignorableWhitespace(const Korvo::XML::XMLChar ch[], int start, int length);
 		/// Written as characters().
