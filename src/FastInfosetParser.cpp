@@ -318,7 +318,16 @@ void FastInfosetParser::parse(Korvo::XML::InputSource* pSource)
 void FastInfosetParser::parse(const XMLString& systemId)
 {
 	Korvo::XML::EntityResolverImpl resolver;
-	Korvo::XML::InputSource* pSource = resolver.resolveEntity(0, systemId);
+	Korvo::XML::InputSource* pSource = nullptr;
+	try
+	{
+		pSource = resolver.resolveEntity(nullptr, systemId);
+	}
+	catch (const Korvo::Exception&)
+	{
+		// The toolkit's resolver throws, rather than return no source, for
+		// an identifier it cannot open.
+	}
 	if (!pSource) throw FISParseException("Cannot resolve system identifier", systemId);
 	try
 	{

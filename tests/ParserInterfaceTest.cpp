@@ -8,6 +8,7 @@
 #include "support/ParserTestSupport.h"
 #include "Korvo/FastInfoset/FastInfosetWriter.h"
 #include "Korvo/FastInfoset/FISException.h"
+#include "support/ExceptionMatchers.h"
 #include "Poco/SAX/InputSource.h"
 #include "Poco/SAX/SAXException.h"
 #include "Poco/XML/XMLWriter.h"
@@ -192,8 +193,12 @@ TEST(ParserInterfaceTest, EntryPoints)
 	for (int i = 0; i < 5; ++i) expected.insert(expected.end(), TYPED_EVENTS.begin(), TYPED_EVENTS.end());
 	EXPECT_EQ(expected, recorder.events());
 
-	// The default resolver throws for a file it cannot open; the exception passes unchanged.
-	EXPECT_THROW(parser.parse(file.path() + ".missing"), Korvo::FileNotFoundException);
+	// A missing file, directly or as the only part of a source, and a scheme nobody opens.
+	const std::string missing = file.path() + ".missing";
+	Korvo::XML::InputSource source(missing);
+	EXPECT_THROW_MESSAGE(parser.parse(missing), FISParseException, "Cannot resolve system identifier: " + missing);
+	EXPECT_THROW_MESSAGE(parser.parse(&source), FISParseException, "Cannot resolve system identifier: " + missing);
+	EXPECT_THROW_MESSAGE(parser.parse("nosuchscheme:x"), FISParseException, "Cannot resolve system identifier: nosuchscheme:x");
 }
 
 

@@ -197,7 +197,7 @@ public:
 	void parse(const Korvo::XML::XMLString& systemId);
 		/// Opens systemId with the toolkit's default entity resolver and
 		/// parses it. Throws FISParseException "Cannot resolve system
-		/// identifier" when the resolver returns no source.
+		/// identifier" when the resolver cannot open it.
 
 	void parseMemoryNP(const char* xml, std::size_t size);
 		/// Parses the document in the memory block, which is not copied.
