@@ -30,7 +30,6 @@
 #include "Poco/SAX/SAXException.h"
 #include "Poco/XML/XMLWriter.h"
 #include "Poco/MemoryStream.h"
-#include "Poco/NumberFormatter.h"
 #include <climits>
 
 
@@ -69,9 +68,12 @@ namespace
 		throw FISParseException(pMessage);
 	}
 
-	[[noreturn]] void __attribute__((noinline)) throwIndexOutOfRange(const char* pMessage, unsigned index)
+	template <class T>
+	const T& __attribute__((noinline, cold)) valueOutOfRange(const Vocabulary<T>& table, unsigned index)
+		/// An index past the table fails as the table's own value() does: an
+		/// assertion for hash and map tables, std::out_of_range for vectors.
 	{
-		throw FISParseException(pMessage, Korvo::NumberFormatter::format(index));
+		return table.value(index);
 	}
 
 	inline unsigned char readBits(BitStreamReader& aReader, int numBits, const char* pMessage)
@@ -725,9 +727,9 @@ void FastInfosetParser::rememberName(unsigned index, bool isElement, const Resol
 
 const QualifiedNameEntry& FastInfosetParser::getQualifiedNameEntry(unsigned idx, bool isElement)
 {
-	const QualifiedNameEntry* pEntry = getQNameVocabulary(isElement).lookup(idx);
-	if (!pEntry) throwIndexOutOfRange("Qualified name index out of range", idx);
-	return *pEntry;
+	const Vocabulary<QualifiedNameEntry>& names = getQNameVocabulary(isElement);
+	const QualifiedNameEntry* pEntry = names.lookup(idx);
+	return pEntry ? *pEntry : valueOutOfRange(names, idx);
 }
 
 
@@ -749,9 +751,9 @@ const std::string& FastInfosetParser::nameString(DocumentVocabulary::ID id, unsi
 
 inline const std::string& FastInfosetParser::tableString(DocumentVocabulary::ID id, unsigned index) const
 {
-	const std::string* pValue = _vocabulary.vocabulary(id)->lookup(index);
-	if (!pValue) throwIndexOutOfRange("String index out of range", index);
-	return *pValue;
+	const Vocabulary<std::string>& table = *_vocabulary.vocabulary(id);
+	const std::string* pValue = table.lookup(index);
+	return pValue ? *pValue : valueOutOfRange(table, index);
 }
 
 

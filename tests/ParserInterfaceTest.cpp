@@ -208,15 +208,7 @@ TEST(ParserInterfaceTest, EveryDocumentStartsFromFreshTables)
 	// <root><a/></root>, then a document that uses element index 2 without defining it.
 	parseToEvents(bytesOf(FIS_HEADER + "3C 03 72 6F 6F 74 3C 00 61 FF F0"), TYPED_HANDLER, &parser);
 	EXPECT_EQ(3u, parser.vocabulary().elementVocabulary()->size());
-	try
-	{
-		parseToEvents(bytesOf(FIS_HEADER + "01 F0"), TYPED_HANDLER, &parser);
-		FAIL() << "index of the previous document accepted";
-	}
-	catch (const FISParseException& exc)
-	{
-		EXPECT_EQ("Qualified name index out of range: 2", exc.message());
-	}
+	EXPECT_ASSERTION(parseToEvents(bytesOf(FIS_HEADER + "01 F0"), TYPED_HANDLER, &parser), "this->_index.size() > idx");
 	EXPECT_EQ(1u, parser.vocabulary().elementVocabulary()->size());
 	EXPECT_EQ(1u, parser.vocabulary().vocabulary(DocumentVocabulary::LOCAL_NAME)->size());
 	EXPECT_EQ("xml", parser.vocabulary().value(DocumentVocabulary::PREFIX, 1));
