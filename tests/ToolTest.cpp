@@ -127,7 +127,7 @@ TEST_F(ToolTest, HelpDescribesEveryCommand)
 	{
 		const ToolRun run = runTool({help});
 		EXPECT_EQ(0, run.status);
-		for (const char* word: {"encode", "decode", "inspect", "roundtrip", "--max-indexed-length", "--strip-whitespace", "--pretty", "Exit status"})
+		for (const char* word: {"encode", "decode", "inspect", "roundtrip", "--max-indexed-length", "--strip-whitespace", "--pretty", "--output-directory", "--quiet", "Exit status"})
 			EXPECT_NE(std::string::npos, run.out.find(word)) << word;
 	}
 }
@@ -144,6 +144,10 @@ TEST_F(ToolTest, WrongUsageExitsWithTwo)
 		{"encode", "-m", "many", "a.xml", "b.fi"},
 		{"encode", "-m"},
 		{"decode", "--bogus", "a.fi", "b.xml"},
+		{"encode", "-o"},
+		{"encode", "-o", "out"},
+		{"encode", "-o", "out", "-"},
+		{"decode", "-o", "out", "a.fi", "elsewhere/a.finf"},
 		{"inspect"},
 		{"roundtrip"},
 	};
@@ -298,4 +302,33 @@ TEST_F(ToolTest, RoundTripReportsBrokenDocuments)
 	EXPECT_NE(std::string::npos, run.out.find("FAILED")) << run.out;
 	EXPECT_NE(std::string::npos, run.out.find("2 document(s): 1 kept, 0 changed, 1 failed")) << run.out;
 	EXPECT_NE(std::string::npos, run.err.find(bad + ": SAXParseException")) << run.err;
+}
+
+
+TEST_F(ToolTest, ConvertsManyFilesIntoADirectoryPastABadOne)
+{
+	// One input large enough for a progress line, which must not appear
+	// where standard error is no terminal.
+	std::string large = "<r>";
+	while (large.size() < 4500000) large += "<item n='12345'>some text to convert</item>";
+	large += "</r>";
+	const std::vector<std::string> inputs = {write("good.xml", XML), write("large.xml", large), write("bad.xml", "<r><i></r>")};
+
+	std::vector<std::string> arguments = {"encode", "-o", path("fi")};
+	arguments.insert(arguments.end(), inputs.begin(), inputs.end());
+	const ToolRun encoded = runTool(arguments);
+	EXPECT_EQ(1, encoded.status);
+	EXPECT_EQ("fastinfoset: " + inputs[2] + ": SAXParseException: Tag mismatch in line 1 column 8\n", encoded.err);
+	std::vector<std::string> written;
+	Poco::File(path("fi")).list(written);
+	std::sort(written.begin(), written.end());
+	EXPECT_EQ((std::vector<std::string>{"good.fi", "large.fi"}), written);
+
+	write("fi/junk.finf", "junk");
+	const ToolRun decoded = runTool({"decode", "-o", path("xml"), path("fi/good.fi"), path("fi/junk.finf"), path("fi/large.fi")});
+	EXPECT_EQ(1, decoded.status);
+	EXPECT_EQ("fastinfoset: " + path("fi/junk.finf") + ": FastInfoset Exception: Not a valid Fast Infoset document (invalid header)\n", decoded.err);
+	EXPECT_EQ(eventsOf(XML), eventsOf(readFile(path("xml/good.xml"))));
+	EXPECT_EQ(eventsOf(large), eventsOf(readFile(path("xml/large.xml"))));
+	EXPECT_FALSE(Poco::File(path("xml/junk.xml")).exists());
 }

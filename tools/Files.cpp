@@ -192,19 +192,18 @@ bool ArgumentReader::is(const char* shortName, const char* longName) const
 }
 
 
+std::string ArgumentReader::stringValue()
+{
+	if (_hasInlineValue) return _inlineValue;
+	if (_position >= _arguments.size())
+		throw UsageException(_command + ": option " + _current + " needs a value");
+	return _arguments[_position++];
+}
+
+
 int ArgumentReader::intValue()
 {
-	std::string text;
-	if (_hasInlineValue)
-	{
-		text = _inlineValue;
-	}
-	else
-	{
-		if (_position >= _arguments.size())
-			throw UsageException(_command + ": option " + _current + " needs a number");
-		text = _arguments[_position++];
-	}
+	const std::string text = stringValue();
 	int value = 0;
 	if (!Poco::NumberParser::tryParse(text, value))
 		throw UsageException(_command + ": option " + _current + " needs a number, not '" + text + "'");

@@ -121,8 +121,11 @@ public:
 	bool is(const char* shortName, const char* longName) const;
 		/// Whether the current option is one of the two names.
 
+	std::string stringValue();
+		/// Consumes the option's value ("-o out", "--output=out"). Throws UsageException.
+
 	int intValue();
-		/// Consumes the option's value ("-m 8", "--max=8"). Throws UsageException.
+		/// stringValue() as a number. Throws UsageException.
 
 	const std::string& current() const;
 
