@@ -22,6 +22,7 @@
 #include "Korvo/FastInfoset/DoubleEncoding.h"
 #include "Korvo/FastInfoset/UUIDEncoding.h"
 #include "Korvo/FastInfoset/DWordEncoding.h"
+#include "StringPacker.h"
 #include "Poco/XML/Name.h"
 #include "Poco/NumberFormatter.h"
 #include <cstring>
@@ -87,6 +88,8 @@ FastInfosetWriter::FastInfosetWriter(std::ostream& ostr):
 	_prefixCounter(0),
 	_externalVocabulary(DocumentVocabulary::DONT_INITIALIZE),
 	_maxIndexedStringLength(16),
+	_pIndexingPolicy(nullptr),
+	_shortestLiterals(false),
 	_documentStarted(false)
 {
 	_states.push_back(UNINITIALIZED);
@@ -100,6 +103,8 @@ FastInfosetWriter::FastInfosetWriter(std::ostream& ostr, bool writeXMLDeclaratio
 	_prefixCounter(0),
 	_externalVocabulary(DocumentVocabulary::DONT_INITIALIZE),
 	_maxIndexedStringLength(16),
+	_pIndexingPolicy(nullptr),
+	_shortestLiterals(false),
 	_documentStarted(false)
 {
 	_states.push_back(UNINITIALIZED);
@@ -113,6 +118,8 @@ FastInfosetWriter::FastInfosetWriter(std::ostream& ostr, bool writeXMLDeclaratio
 	_prefixCounter(0),
 	_externalVocabulary(DocumentVocabulary::DONT_INITIALIZE),
 	_maxIndexedStringLength(16),
+	_pIndexingPolicy(nullptr),
+	_shortestLiterals(false),
 	_documentStarted(false)
 {
 	_states.push_back(UNINITIALIZED);
@@ -135,6 +142,18 @@ FastInfosetWriter::~FastInfosetWriter()
 void FastInfosetWriter::setMaxIndexedStringLength(int length)
 {
 	_maxIndexedStringLength = length;
+}
+
+
+void FastInfosetWriter::setIndexingPolicy(StringIndexingPolicy* pPolicy)
+{
+	_pIndexingPolicy = pPolicy;
+}
+
+
+void FastInfosetWriter::setShortestLiterals(bool flag)
+{
+	_shortestLiterals = flag;
 }
 
 
@@ -206,6 +225,11 @@ void FastInfosetWriter::startDocument()
 	// The tables may have been changed in place since the names were learnt.
 	forgetNames();
 	writeHeader();
+	if (_shortestLiterals)
+	{
+		_pPacker.reset(new StringPacker);
+		_pPacker->setAlphabets(_vocabulary.restrictedAlphabets());
+	}
 	_states.push_back(IN_DOCUMENT);
 	_namespaces.reset();
 	_namespaces.pushContext();
@@ -768,6 +792,14 @@ bool FastInfosetWriter::isIndexable(std::size_t length) const
 }
 
 
+inline bool FastInfosetWriter::isIndexed(const std::string& str, DocumentVocabulary::ID voc)
+{
+	// The empty string is always index 0: it has no literal form.
+	if (_pIndexingPolicy && !str.empty()) return _pIndexingPolicy->isIndexed(voc, str);
+	return isIndexable(str.size());
+}
+
+
 inline unsigned int FastInfosetWriter::indexValue(DocumentVocabulary::ID voc, const std::string& str, bool& exists)
 {
 	// Index 0 always holds the empty string, which has no literal form; a
@@ -785,7 +817,7 @@ unsigned int FastInfosetWriter::writeNonIdentifyingStringOrIndex(const std::stri
 {
 	const int pos = _writer.bitPos();
 	if (pos != 0 && pos != 2) throw FISEncodingException("Illegal startposition for a NonIdentifyingStringOrIndex value");
-	const bool indexed = isIndexable(str.size());
+	const bool indexed = isIndexed(str, voc);
 	bool exists = false;
 	unsigned int idx = 0;
 	if (indexed) idx = indexValue(voc, str, exists);
@@ -809,7 +841,7 @@ unsigned int FastInfosetWriter::writeNonIdentifyingStringOrIndex(const Encoding&
 	if (pos != 0 && pos != 2) throw FISEncodingException("Illegal startposition for a NonIdentifyingStringOrIndex value");
 	const int type = encoding.type();
 	const bool textual = type == EncodingAlgorithm::INVALID || type == EncodingAlgorithm::CDATA_ENCODING;
-	const bool indexed = textual && isIndexable(encoding.content().size());
+	const bool indexed = textual && isIndexed(encoding.content(), voc);
 	bool exists = false;
 	unsigned int idx = 0;
 	if (indexed) idx = indexValue(voc, encoding.content(), exists);
@@ -843,7 +875,7 @@ void FastInfosetWriter::writeEncodedCharacterString(const std::string& str, unsi
 		Encoder::integer(_writer, enc);
 		_encodingAlgorithm.encode(enc, _writer, str);
 	}
-	else
+	else if (!_pPacker || !_pPacker->write(_writer, str))
 	{
 		_writer.write(UTF8_STRING, 2);
 		Encoder::nonEmptyOctetString(_writer, str);
@@ -861,7 +893,7 @@ void FastInfosetWriter::writeEncodedCharacterString(const Encoding& encoding)
 		Encoder::integer(_writer, encoding.type());
 		encoding.write(_writer);
 	}
-	else
+	else if (!_pPacker || !_pPacker->write(_writer, encoding.content()))
 	{
 		_writer.write(UTF8_STRING, 2);
 		Encoder::nonEmptyOctetString(_writer, encoding.content());

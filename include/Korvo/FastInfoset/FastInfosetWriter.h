@@ -27,11 +27,13 @@
 #include "Korvo/FastInfoset/Notation.h"
 #include "Korvo/FastInfoset/UnparsedEntity.h"
 #include "Korvo/FastInfoset/QualifiedNameVocabulary.h"
+#include "Korvo/FastInfoset/StringIndexingPolicy.h"
 #include "Korvo/FastInfoset/Vocabulary.h"
 #include "Poco/SAX/LexicalHandler.h"
 #include "Poco/SAX/DTDHandler.h"
 #include "Poco/SAX/NamespaceSupport.h"
 #include "Poco/SAX/AttributesImpl.h"
+#include <memory>
 #include <ostream>
 #include <string>
 #include <unordered_map>
@@ -40,6 +42,9 @@
 
 namespace Korvo {
 namespace FastInfoset {
+
+
+class StringPacker;
 
 
 class FastInfoset_API FastInfosetWriter: public FISContentHandler, public Korvo::XML::LexicalHandler, public Korvo::XML::DTDHandler, public FISDocumentHandler
@@ -94,6 +99,23 @@ public:
 		/// length indexes every string.
 
 	int getMaxIndexedStringLength() const;
+
+	void setIndexingPolicy(StringIndexingPolicy* pPolicy);
+		/// Lets pPolicy choose the values to index in place of the maximum
+		/// indexed string length; null (the default) goes back to the
+		/// length. The policy is borrowed and must outlive the writer.
+
+	StringIndexingPolicy* getIndexingPolicy() const;
+
+	void setShortestLiterals(bool flag);
+		/// When true, literal attribute values, character chunks, comments
+		/// and processing-instruction data are written in the shortest of
+		/// UTF-8, UTF-16 and the vocabulary's restricted alphabets of 2^k - 1
+		/// characters (the numeric and date-time ones, and those added to the
+		/// vocabulary given to the writer, which the header announces). When
+		/// false (the default), always as UTF-8.
+
+	bool getShortestLiterals() const;
 
 	void setWriteXMLDeclaration(bool val);
 		/// Whether the document starts with "<?xml encoding='finf'?>".
@@ -310,6 +332,7 @@ private:
 	void padToOctet();
 	void writeTerminator();
 	bool isIndexable(std::size_t length) const;
+	bool isIndexed(const std::string& str, DocumentVocabulary::ID voc);
 	unsigned int indexValue(DocumentVocabulary::ID voc, const std::string& str, bool& exists);
 		/// The index of str in table voc, added when absent.
 	bool hasOnlyPredefinedEntries() const;
@@ -335,6 +358,10 @@ private:
 	std::string                         _externalVocabularyURI;
 	EncodingAlgorithm                   _encodingAlgorithm;
 	int                                 _maxIndexedStringLength;
+	StringIndexingPolicy*               _pIndexingPolicy;
+	bool                                _shortestLiterals;
+	std::unique_ptr<StringPacker>       _pPacker;
+		/// Made by startDocument() when literals are to be shortest.
 	bool                                _documentStarted;
 
 	// Reused on every event, so that the steady path does not allocate.
@@ -360,6 +387,18 @@ private:
 inline int FastInfosetWriter::getMaxIndexedStringLength() const
 {
 	return _maxIndexedStringLength;
+}
+
+
+inline StringIndexingPolicy* FastInfosetWriter::getIndexingPolicy() const
+{
+	return _pIndexingPolicy;
+}
+
+
+inline bool FastInfosetWriter::getShortestLiterals() const
+{
+	return _shortestLiterals;
 }
 
 
