@@ -127,7 +127,7 @@ TEST_F(ToolTest, HelpDescribesEveryCommand)
 	{
 		const ToolRun run = runTool({help});
 		EXPECT_EQ(0, run.status);
-		for (const char* word: {"encode", "decode", "inspect", "roundtrip", "--max-indexed-length", "--strip-whitespace", "--pretty", "--output-directory", "--quiet", "Exit status"})
+		for (const char* word: {"encode", "decode", "inspect", "roundtrip", "--max-indexed-length", "--strip-whitespace", "--plain", "--pretty", "--output-directory", "--quiet", "Exit status"})
 			EXPECT_NE(std::string::npos, run.out.find(word)) << word;
 	}
 }
@@ -180,13 +180,14 @@ TEST_F(ToolTest, EncodesAndDecodesFiles)
 }
 
 
-TEST_F(ToolTest, EncodeOptionsReachTheConverter)
+TEST_F(ToolTest, PlainEncodingIsTheConverters)
 {
 	const std::string spaced = "<r>\n  <i>a value longer than four</i>\n  <i>a value longer than four</i>\n</r>";
 	for (const auto& options: std::vector<std::pair<std::vector<std::string>, int>>{
-		{{"-w"}, Converter::CONV_REMOVE_IGNORABLE_WHITESPACE},
-		{{"-m", "4"}, 0},
-		{{"--max-indexed-length=-1", "--strip-whitespace"}, Converter::CONV_REMOVE_IGNORABLE_WHITESPACE}})
+		{{"--plain"}, 0},
+		{{"-w", "--plain"}, Converter::CONV_REMOVE_IGNORABLE_WHITESPACE},
+		{{"-m", "4", "--plain"}, 0},
+		{{"--max-indexed-length=-1", "--strip-whitespace", "--plain"}, Converter::CONV_REMOVE_IGNORABLE_WHITESPACE}})
 	{
 		std::vector<std::string> arguments{"encode"};
 		arguments.insert(arguments.end(), options.first.begin(), options.first.end());
@@ -194,11 +195,58 @@ TEST_F(ToolTest, EncodeOptionsReachTheConverter)
 		const ToolRun run = runTool(arguments, spaced);
 		ASSERT_EQ(0, run.status) << run.err;
 
-		const int maxIndexed = options.first[0] == "-m" ? 4 : options.first[0] == "-w" ? 16 : -1;
+		const int maxIndexed = options.first[0] == "-m" ? 4 : options.first[0] == "--max-indexed-length=-1" ? -1 : 16;
 		std::istringstream input(spaced);
 		std::ostringstream expected;
 		Converter::convertToFIS(input, expected, maxIndexed, options.second);
 		EXPECT_EQ(expected.str(), run.out) << options.first[0];
+	}
+}
+
+
+TEST_F(ToolTest, CompactEncodingKeepsTheDocument)
+{
+	const std::string russian = "\xD0\xA1\xD1\x8A\xD0\xB5\xD1\x88\xD1\x8C \xD0\xB6\xD0\xB5 \xD0\xB5\xD1\x89\xD1\x91 "
+		"\xD1\x8D\xD1\x82\xD0\xB8\xD1\x85 \xD0\xBC\xD1\x8F\xD0\xB3\xD0\xBA\xD0\xB8\xD1\x85 \xD0\xB1\xD1\x83\xD0\xBB\xD0\xBE\xD0\xBA";
+	std::string xml = "<?xml version='1.0'?>\n<!DOCTYPE r [<!ENTITY e 'ent'>]>\n<r xmlns:p='urn:p' p:n='12345678'>\n";
+	for (int i = 0; i < 20; ++i) xml += "  <t n='" + std::to_string(i*7919) + "'>" + russian + ", " + std::to_string(i) + "</t>\n";
+	xml += "  <t>\xE6\x97\xA5\xE6\x9C\xAC\xE8\xAA\x9E\xE3\x81\xAE\xE6\x96\x87</t>\n  <d>2024-01-31T12:00Z</d>\n"
+		"  <c><![CDATA[x < y]]></c><c><![CDATA[x < y]]></c>\n  <!-- note --><?pi data?>\n  <t>a &e; b &amp; c</t>\n</r>\n";
+
+	ASSERT_EQ(0, runTool({"encode", write("doc.xml", xml), path("doc.fi")}).status);
+	const std::string compact = readFile(path("doc.fi"));
+	const ToolRun piped = runTool({"encode", "-", "-"}, xml);
+	ASSERT_EQ(0, piped.status) << piped.err;
+	EXPECT_EQ(compact, piped.out);
+	const ToolRun plain = runTool({"encode", "--plain", "-", "-"}, xml);
+	EXPECT_LT(compact.size()*3, plain.out.size()*2); // 945 octets against 1600
+
+	const ToolRun decoded = runTool({"decode", path("doc.fi"), "-"});
+	ASSERT_EQ(0, decoded.status) << decoded.err;
+	EXPECT_EQ(eventsOf(xml), eventsOf(decoded.out));
+	// text inside CDATA sections is never indexed: it would lose its marking
+	const std::string cdata = "<![CDATA[x < y]]>";
+	EXPECT_NE(decoded.out.find(cdata), decoded.out.rfind(cdata)) << decoded.out;
+
+	const ToolRun stripped = runTool({"roundtrip", "-w", path("doc.xml")});
+	EXPECT_EQ(0, stripped.status) << stripped.out << stripped.err;
+}
+
+
+TEST_F(ToolTest, CompactEncodingIndexesValuesThatComeAgain)
+{
+	const std::string xml = "<r><i>a value longer than four</i><i>a value longer than four</i><i>once</i></r>";
+	const std::string input = write("doc.xml", xml);
+	for (const auto& options: std::vector<std::pair<std::vector<std::string>, std::string>>{
+		{{}, "text chunks                  3         1         2"},
+		{{"-m", "4"}, "text chunks                  3         0         3"}})
+	{
+		std::vector<std::string> arguments{"encode"};
+		arguments.insert(arguments.end(), options.first.begin(), options.first.end());
+		arguments.insert(arguments.end(), {input, path("doc.fi")});
+		ASSERT_EQ(0, runTool(arguments).status);
+		const ToolRun run = runTool({"inspect", path("doc.fi")});
+		EXPECT_NE(std::string::npos, run.out.find(options.second)) << run.out;
 	}
 }
 

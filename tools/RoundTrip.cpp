@@ -29,12 +29,6 @@ namespace Tool {
 
 namespace
 {
-	struct Settings
-	{
-		int maxIndexedStringLength = 16;
-		int options = 0;
-	};
-
 	struct Outcome
 	{
 		std::size_t xmlSize = 0;
@@ -43,10 +37,10 @@ namespace
 			/// Empty when the document was kept.
 	};
 
-	DocumentEvents::Options comparison(const Settings& settings, bool withDoctypeName)
+	DocumentEvents::Options comparison(const EncodeSettings& settings, bool withDoctypeName)
 	{
 		DocumentEvents::Options options;
-		options.dropWhitespaceText = (settings.options & Converter::CONV_REMOVE_IGNORABLE_WHITESPACE) != 0;
+		options.dropWhitespaceText = settings.stripWhitespace;
 		options.recordDoctypeName = withDoctypeName;
 		return options;
 	}
@@ -73,7 +67,7 @@ namespace
 		return DocumentEvents::firstDifference(expected, actual);
 	}
 
-	Outcome roundTrip(const std::string& path, const Settings& settings)
+	Outcome roundTrip(const std::string& path, const EncodeSettings& settings)
 		/// Checks the Fast Infoset form as read by the parser (which knows no
 		/// document type name) and the XML written back from it.
 	{
@@ -82,7 +76,7 @@ namespace
 
 		std::istringstream xmlInput(xml);
 		std::ostringstream fisOutput;
-		Converter::convertToFIS(xmlInput, fisOutput, settings.maxIndexedStringLength, settings.options);
+		encodeXML(xmlInput, fisOutput, settings);
 		const std::string fis = fisOutput.str();
 
 		std::istringstream fisInput(fis);
@@ -113,15 +107,14 @@ namespace
 
 int roundTripCommand(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& err)
 {
-	Settings settings;
+	EncodeSettings settings;
 	std::vector<std::string> files;
 	ArgumentReader reader("roundtrip", arguments);
 	while (reader.next())
 	{
-		if (reader.is("-m", "--max-indexed-length")) settings.maxIndexedStringLength = reader.intValue();
-		else if (reader.is("-w", "--strip-whitespace")) settings.options |= Converter::CONV_REMOVE_IGNORABLE_WHITESPACE;
-		else if (reader.isOption()) reader.unknownOption();
-		else files.push_back(reader.current());
+		if (settings.readOption(reader)) continue;
+		if (reader.isOption()) reader.unknownOption();
+		files.push_back(reader.current());
 	}
 	if (files.empty()) throw UsageException("roundtrip: expects at least one FILE");
 

@@ -143,6 +143,28 @@ private:
 };
 
 
+struct EncodeSettings
+	/// How encode and roundtrip write Fast Infoset: by default as small as
+	/// CompactEncoder makes it, with --plain as Converter::convertToFIS does.
+{
+	EncodeSettings();
+
+	bool readOption(ArgumentReader& reader);
+		/// Takes the reader's current option when it is -m, -w or --plain.
+
+	int maxIndexedStringLength;
+		/// NOT_GIVEN: 16 with --plain, no limit otherwise.
+	bool stripWhitespace;
+	bool plain;
+
+	static const int NOT_GIVEN;
+};
+
+
+void encodeXML(std::istream& input, std::ostream& output, const EncodeSettings& settings);
+	/// Converts an XML document with the settings.
+
+
 std::string describe(const std::exception& exc);
 	/// The exception's class and message ("FISParseException: Unexpected end
 	/// of stream while reading integer").

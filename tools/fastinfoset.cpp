@@ -27,17 +27,15 @@ namespace Tool {
 
 int encodeCommand(const std::vector<std::string>& arguments, std::ostream&, std::ostream& err)
 {
-	int maxIndexedStringLength = 16;
-	int options = 0;
+	EncodeSettings settings;
 	std::string outputDirectory;
 	bool quiet = false;
 	std::vector<std::string> operands;
 	ArgumentReader reader("encode", arguments);
 	while (reader.next())
 	{
-		if (reader.is("-m", "--max-indexed-length")) maxIndexedStringLength = reader.intValue();
-		else if (reader.is("-w", "--strip-whitespace")) options |= Converter::CONV_REMOVE_IGNORABLE_WHITESPACE;
-		else if (reader.is("-o", "--output-directory")) outputDirectory = reader.stringValue();
+		if (settings.readOption(reader)) continue;
+		if (reader.is("-o", "--output-directory")) outputDirectory = reader.stringValue();
 		else if (reader.is("-q", "--quiet")) quiet = true;
 		else if (reader.isOption()) reader.unknownOption();
 		else operands.push_back(reader.current());
@@ -46,7 +44,7 @@ int encodeCommand(const std::vector<std::string>& arguments, std::ostream&, std:
 	const Batch batch("encode", operands, outputDirectory, {"xml"}, "fi");
 	return batch.run([&](std::istream& input, std::ostream& output)
 	{
-		Converter::convertToFIS(input, output, maxIndexedStringLength, options);
+		encodeXML(input, output, settings);
 	}, !quiet, err);
 }
 
@@ -85,13 +83,20 @@ void printUsage(std::ostream& out)
 		"Fast Infoset documents and checks that documents survive the round trip.\n"
 		"\n"
 		"Commands:\n"
-		"  encode [-m N] [-w] [-q] INPUT OUTPUT\n"
-		"  encode [-m N] [-w] [-q] -o DIRECTORY FILE...\n"
+		"  encode [-m N] [-w] [--plain] [-q] INPUT OUTPUT\n"
+		"  encode [-m N] [-w] [--plain] [-q] -o DIRECTORY FILE...\n"
 		"      Reads XML text from INPUT and writes a Fast Infoset document to OUTPUT,\n"
-		"      or converts each FILE to DIRECTORY/NAME.fi (NAME.xml becomes NAME.fi).\n"
+		"      or converts each FILE to DIRECTORY/NAME.fi (NAME.xml becomes NAME.fi),\n"
+		"      as small as it can: it reads the input twice, indexes the values that\n"
+		"      occur more than once, joins the text of an element into one chunk and\n"
+		"      writes each literal as UTF-8, UTF-16 or packed in a restricted alphabet,\n"
+		"      whichever is shortest, with up to four alphabets chosen for the document.\n"
 		"      -m, --max-indexed-length N  index attribute values and text chunks of at\n"
-		"                                  most N octets (default 16; negative: all)\n"
+		"                                  most N octets (default: any length; with\n"
+		"                                  --plain 16; negative: all)\n"
 		"      -w, --strip-whitespace      drop text that is whitespace only\n"
+		"      --plain                     write as the library's Converter does: UTF-8\n"
+		"                                  literals, values of at most N octets indexed\n"
 		"      -o, --output-directory DIR  convert every FILE into DIR (made if missing)\n"
 		"      -q, --quiet                 show no progress\n"
 		"\n"
@@ -115,8 +120,8 @@ void printUsage(std::ostream& out)
 		"      its XML size, its Fast Infoset size and whether the round trip kept the\n"
 		"      document: the same elements, attributes, namespace declarations, text,\n"
 		"      comments, processing instructions and document type declaration, in\n"
-		"      the XML as in the Fast Infoset form. -m and -w as for encode (with -w,\n"
-		"      whitespace-only text is not compared).\n"
+		"      the XML as in the Fast Infoset form. -m, -w and --plain as for encode\n"
+		"      (with -w, whitespace-only text is not compared).\n"
 		"\n"
 		"  help, --help, -h\n"
 		"      Prints this text.\n"

@@ -1,0 +1,123 @@
+//
+// CompactEncoder.cpp
+//
+// Library: FastInfoset
+// Package: Tools
+// Module:  CompactEncoder
+//
+// Copyright (c) 2026, Korvo FastInfoset developers.
+//
+// SPDX-License-Identifier:	BSL-1.0
+//
+
+
+#include "CompactEncoder.h"
+#include "AlphabetChooser.h"
+#include "StringSurvey.h"
+#include "TextJoiner.h"
+#include "Korvo/FastInfoset/FastInfosetWriter.h"
+#include "Poco/MemoryStream.h"
+#include "Poco/SAX/InputSource.h"
+#include "Poco/SAX/SAXParser.h"
+#include "Poco/SAX/WhitespaceFilter.h"
+#include <iterator>
+#include <memory>
+
+
+using Korvo::XML::XMLReader;
+
+
+namespace Korvo {
+namespace FastInfoset {
+namespace Tool {
+
+
+namespace
+{
+	void parse(std::istream& input, bool stripWhitespace, Korvo::XML::ContentHandler* pContentHandler,
+	           Korvo::XML::LexicalHandler* pLexicalHandler, Korvo::XML::DTDHandler* pDTDHandler)
+		/// Parses as Converter::convertToFIS does, with the text of an
+		/// element joined.
+	{
+		Korvo::XML::SAXParser parser;
+		parser.setFeature(XMLReader::FEATURE_NAMESPACES, true);
+		parser.setFeature(XMLReader::FEATURE_NAMESPACE_PREFIXES, true);
+		std::unique_ptr<Korvo::XML::WhitespaceFilter> pFilter;
+		if (stripWhitespace) pFilter.reset(new Korvo::XML::WhitespaceFilter(&parser));
+		TextJoiner joiner(pFilter ? static_cast<XMLReader*>(pFilter.get()) : &parser);
+		joiner.setContentHandler(pContentHandler);
+		joiner.setDTDHandler(pDTDHandler);
+		joiner.setProperty(XMLReader::PROPERTY_LEXICAL_HANDLER, static_cast<void*>(pLexicalHandler));
+		Korvo::XML::InputSource source(input);
+		joiner.parse(&source);
+	}
+}
+
+
+CompactEncoder::CompactEncoder():
+	_maxIndexedStringLength(-1),
+	_stripWhitespace(false)
+{
+}
+
+
+void CompactEncoder::setMaxIndexedStringLength(int length)
+{
+	_maxIndexedStringLength = length;
+}
+
+
+void CompactEncoder::setStripWhitespace(bool flag)
+{
+	_stripWhitespace = flag;
+}
+
+
+const std::vector<std::string>& CompactEncoder::alphabets() const
+{
+	return _alphabets;
+}
+
+
+void CompactEncoder::encode(std::istream& input, std::ostream& output)
+{
+	const std::streampos start = input.tellg();
+	if (start != std::streampos(-1) && input.seekg(0, std::ios::end))
+	{
+		const std::streampos end = input.tellg();
+		if (input.seekg(start) && end != std::streampos(-1))
+		{
+			StringSurvey survey(static_cast<std::size_t>(end - start), _maxIndexedStringLength);
+			parse(input, _stripWhitespace, &survey, &survey, nullptr);
+			input.clear();
+			input.seekg(start);
+			write(survey, input, output);
+			return;
+		}
+	}
+	input.clear();
+	const std::string document((std::istreambuf_iterator<char>(input)), std::istreambuf_iterator<char>());
+	StringSurvey survey(document.size(), _maxIndexedStringLength);
+	Poco::MemoryInputStream first(document.data(), document.size());
+	parse(first, _stripWhitespace, &survey, &survey, nullptr);
+	Poco::MemoryInputStream second(document.data(), document.size());
+	write(survey, second, output);
+}
+
+
+void CompactEncoder::write(StringSurvey& survey, std::istream& input, std::ostream& output)
+{
+	AlphabetChooser chooser;
+	for (const StringSurvey::Literal& literal: survey.sample()) chooser.add(literal.value, literal.table);
+	_alphabets = chooser.choose();
+
+	DocumentVocabulary vocabulary(DocumentVocabulary::VOC_MAP);
+	for (const std::string& alphabet: _alphabets) vocabulary.restrictedAlphabets().add(alphabet);
+	FastInfosetWriter writer(output, false, vocabulary);
+	writer.setIndexingPolicy(&survey);
+	writer.setShortestLiterals(true);
+	parse(input, _stripWhitespace, &writer, &writer, &writer);
+}
+
+
+} } } // namespace Korvo::FastInfoset::Tool
