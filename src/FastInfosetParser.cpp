@@ -102,6 +102,7 @@ namespace
 
 const XMLString FastInfosetParser::EMPTY_STRING;
 const XMLString FastInfosetParser::XMLNS("xmlns");
+const XMLString FastInfosetParser::FEATURE_ATTRIBUTE_QNAMES("http://korvo.org/fastinfoset/features/attribute-qnames");
 
 
 FastInfosetParser::FastInfosetParser(DocumentVocabulary::VocabularyImpl impl):
@@ -114,6 +115,7 @@ FastInfosetParser::FastInfosetParser(DocumentVocabulary::VocabularyImpl impl):
 	_pDocumentHandler(0),
 	_pFISContentHandler(0),
 	_namespacePrefixes(true),
+	_attributeQNames(false),
 	_vocabulary(impl),
 	_pNullEncoding(new NullEncoding),
 	_pNullRefEncoding(new NullRefEncoding(EMPTY_STRING))
@@ -132,6 +134,7 @@ FastInfosetParser::FastInfosetParser(const DocumentVocabulary& vocabulary):
 	_pDocumentHandler(0),
 	_pFISContentHandler(0),
 	_namespacePrefixes(true),
+	_attributeQNames(false),
 	_vocabulary(vocabulary),
 	_pNullEncoding(new NullEncoding),
 	_pNullRefEncoding(new NullRefEncoding(EMPTY_STRING))
@@ -255,6 +258,10 @@ void FastInfosetParser::setFeature(const XMLString& featureId, bool state)
 	{
 		_namespacePrefixes = state;
 	}
+	else if (featureId == FEATURE_ATTRIBUTE_QNAMES)
+	{
+		_attributeQNames = state;
+	}
 	else throw Korvo::XML::SAXNotRecognizedException(featureId);
 }
 
@@ -263,6 +270,7 @@ bool FastInfosetParser::getFeature(const XMLString& featureId) const
 {
 	if (featureId == XMLReader::FEATURE_NAMESPACES) return true;
 	if (featureId == XMLReader::FEATURE_NAMESPACE_PREFIXES) return _namespacePrefixes;
+	if (featureId == FEATURE_ATTRIBUTE_QNAMES) return _attributeQNames;
 	throw Korvo::XML::SAXNotRecognizedException(featureId);
 }
 
@@ -539,7 +547,7 @@ void FastInfosetParser::parseElement(BitStreamReader& aReader)
 		{
 			ResolvedQualName attributeName;
 			const std::string& value = readAttribute(aReader, attributeName);
-			list.add(attributeName.pUri, attributeName.pLocalName, value);
+			list.add(attributeName.pUri, attributeName.pLocalName, value, _attributeQNames ? attributeName.pPrefix : nullptr);
 		}
 		list.finish();
 		aReader.skip(3);

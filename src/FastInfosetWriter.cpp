@@ -944,17 +944,27 @@ void FastInfosetWriter::comment(const XMLChar ch[], int start, int length)
 	{
 		poco_check_ptr (ch);
 	}
-	// A document type declaration holds processing instructions only, so the
-	// comments of an internal subset cannot be kept.
-	if (_states.back() == IN_DTD) return;
-	handleEncodedData();
-	padToOctet();
-	_writer.write(COMMENT, 8);
+	// A document type declaration holds processing instructions only: the
+	// comments of an internal subset follow the declaration instead.
+	if (_states.back() == IN_DTD)
+	{
+		_dtdComments.emplace_back(ch + start, length);
+		return;
+	}
 	if (length > 0)
 		_textBuffer.assign(ch + start, length);
 	else
 		_textBuffer.clear();
-	writeComment(_textBuffer);
+	writeCommentItem(_textBuffer);
+}
+
+
+void FastInfosetWriter::writeCommentItem(const XMLString& text)
+{
+	handleEncodedData();
+	padToOctet();
+	_writer.write(COMMENT, 8);
+	writeComment(text);
 }
 
 
@@ -980,6 +990,8 @@ void FastInfosetWriter::endDTD()
 	poco_assert (_writer.bitPos() == 4);
 	requireState(IN_DTD, "endDTD() without matching startDTD()");
 	_states.pop_back();
+	for (const XMLString& text: _dtdComments) writeCommentItem(text);
+	_dtdComments.clear();
 }
 
 

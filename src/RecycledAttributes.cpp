@@ -24,6 +24,7 @@ namespace FastInfoset {
 namespace
 {
 	const std::size_t INITIAL_CAPACITY = 8;
+	const std::string NO_NAME;
 }
 
 
@@ -35,11 +36,16 @@ RecycledAttributes::RecycledAttributes():
 }
 
 
-void RecycledAttributes::add(const std::string* pURI, const std::string* pLocalName, const std::string& value)
+void RecycledAttributes::add(const std::string* pURI, const std::string* pLocalName, const std::string& value, const std::string* pPrefix)
 {
 	if (_count == _attributes.getLength()) grow();
 
 	Source& source = _sources[_count];
+	if (source.pPrefix != pPrefix || (pPrefix && source.pLocalName != pLocalName))
+	{
+		setQName(pPrefix, *pLocalName);
+		source.pPrefix = pPrefix;
+	}
 	if (source.pURI != pURI)
 	{
 		_attributes.setURI(_count, *pURI);
@@ -55,9 +61,20 @@ void RecycledAttributes::add(const std::string* pURI, const std::string* pLocalN
 }
 
 
+void RecycledAttributes::setQName(const std::string* pPrefix, const std::string& localName)
+{
+	if (!pPrefix)
+		_attributes.setQName(_count, NO_NAME);
+	else if (pPrefix->empty())
+		_attributes.setQName(_count, localName);
+	else
+		_attributes.setQName(_count, *pPrefix + ':' + localName);
+}
+
+
 void RecycledAttributes::grow()
 {
-	_sources.push_back(Source{nullptr, nullptr});
+	_sources.push_back(Source{nullptr, nullptr, nullptr});
 	try
 	{
 		AttributesImpl::Attribute& attr = _attributes.addAttribute();
@@ -85,7 +102,9 @@ void RecycledAttributes::dropUnused()
 
 void RecycledAttributes::forgetSources()
 {
-	for (Source& source: _sources) source = Source{nullptr, nullptr};
+	// No table string is NO_NAME, so the next fill rewrites the
+	// qualified name too.
+	for (Source& source: _sources) source = Source{nullptr, nullptr, &NO_NAME};
 }
 
 

@@ -30,8 +30,8 @@ namespace FastInfoset {
 
 class RecycledAttributes
 	/// The attributes of one element at a time, as startElement receives
-	/// them: namespace URI, local name and value; qualified name and type
-	/// empty.
+	/// them: namespace URI, local name and value; qualified name empty
+	/// unless asked for, type empty.
 	///
 	/// Elements of one name usually repeat their attribute names, so an
 	/// entry keeps its strings from one element to the next and copies a
@@ -45,8 +45,9 @@ public:
 	void restart();
 		/// Begins the attributes of the next element.
 
-	void add(const std::string* pURI, const std::string* pLocalName, const std::string& value);
-		/// Appends an attribute. pURI and pLocalName point at table strings.
+	void add(const std::string* pURI, const std::string* pLocalName, const std::string& value, const std::string* pPrefix = nullptr);
+		/// Appends an attribute. pURI, pLocalName and pPrefix point at table
+		/// strings. With a prefix, the attribute carries its qualified name.
 
 	void finish();
 		/// Drops the entries that the element before had beyond this one's.
@@ -58,6 +59,8 @@ public:
 	const Korvo::XML::AttributesImpl& attributes() const;
 
 private:
+	void setQName(const std::string* pPrefix, const std::string& localName);
+		/// The current entry's qualified name: empty without a prefix.
 	void grow();
 		/// Appends an empty entry with no source.
 	void dropUnused();
@@ -66,6 +69,7 @@ private:
 	{
 		const std::string* pURI;
 		const std::string* pLocalName;
+		const std::string* pPrefix;
 	};
 
 	Korvo::XML::AttributesImpl _attributes;

@@ -15,6 +15,7 @@
 #include "Korvo/FastInfoset/FastInfosetParser.h"
 #include "Poco/SAX/SAXParser.h"
 #include "Poco/SAX/InputSource.h"
+#include "XMLInput.h"
 #include <algorithm>
 
 
@@ -70,6 +71,7 @@ void DocumentEvents::clear()
 	_lines.clear();
 	_text.clear();
 	_declarations.clear();
+	_dtdDeclarations.clear();
 }
 
 
@@ -79,8 +81,8 @@ void DocumentEvents::readXML(std::istream& input)
 	parser.setFeature(Korvo::XML::XMLReader::FEATURE_NAMESPACES, true);
 	parser.setFeature(Korvo::XML::XMLReader::FEATURE_NAMESPACE_PREFIXES, true);
 	listenTo(parser, *this);
-	Korvo::XML::InputSource source(input);
-	parser.parse(&source);
+	XMLInput xmlInput(input, parser);
+	xmlInput.parse(parser);
 }
 
 
@@ -135,6 +137,8 @@ void DocumentEvents::startDocument()
 void DocumentEvents::endDocument()
 {
 	flushText();
+	_lines.insert(_lines.begin(), _dtdDeclarations.begin(), _dtdDeclarations.end());
+	_dtdDeclarations.clear();
 }
 
 
@@ -242,13 +246,13 @@ void DocumentEvents::comment(const XMLChar ch[], int start, int length)
 
 void DocumentEvents::notationDecl(const XMLString& name, const XMLString* pPublicId, const XMLString* pSystemId)
 {
-	record("notation " + name + "|" + orNull(pPublicId) + "|" + orNull(pSystemId));
+	_dtdDeclarations.push_back("notation " + name + "|" + orNull(pPublicId) + "|" + orNull(pSystemId));
 }
 
 
 void DocumentEvents::unparsedEntityDecl(const XMLString& name, const XMLString* pPublicId, const XMLString& systemId, const XMLString& notationName)
 {
-	record("entity " + name + "|" + orNull(pPublicId) + "|" + systemId + "|" + notationName);
+	_dtdDeclarations.push_back("entity " + name + "|" + orNull(pPublicId) + "|" + systemId + "|" + notationName);
 }
 
 

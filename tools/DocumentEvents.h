@@ -46,7 +46,10 @@ class DocumentEvents: public Korvo::XML::ContentHandler, public Korvo::XML::Lexi
 	/// the end of a prefix mapping is not recorded (the declarations belong
 	/// to their element), and the "xml" prefix is never a declaration.
 	/// Notation and unparsed-entity declarations are recorded as "notation"
-	/// and "entity" lines.
+	/// and "entity" lines at the start, in declaration order, wherever the
+	/// reader reports them (an XML parser inside the DTD, a Fast Infoset
+	/// parser before the document). XML is read in any encoding that the
+	/// converter reads.
 {
 public:
 	struct Options
@@ -119,6 +122,7 @@ private:
 	std::string _text;
 	std::vector<std::pair<std::string, std::string>> _declarations;
 	std::vector<std::string> _attributes;
+	std::vector<std::string> _dtdDeclarations;
 };
 
 

@@ -108,6 +108,12 @@ public:
 	static const Korvo::XML::XMLString XMLNS;
 		/// "xmlns".
 
+	static const Korvo::XML::XMLString FEATURE_ATTRIBUTE_QNAMES;
+		/// "http://korvo.org/fastinfoset/features/attribute-qnames": when
+		/// true, attributes carry their qualified names (prefix, ":" and
+		/// local name, or the local name alone) as elements do. Initially
+		/// false: attributes carry none.
+
 	explicit FastInfosetParser(DocumentVocabulary::VocabularyImpl impl = DocumentVocabulary::VOC_MAP);
 		/// Creates a parser whose tables are of the kind impl.
 		///
@@ -172,12 +178,14 @@ public:
 
 	void setFeature(const Korvo::XML::XMLString& featureId, bool state);
 		/// FEATURE_NAMESPACES accepts true only (false throws
-		/// SAXNotSupportedException); FEATURE_NAMESPACE_PREFIXES is stored;
-		/// any other feature throws SAXNotRecognizedException.
+		/// SAXNotSupportedException); FEATURE_NAMESPACE_PREFIXES and
+		/// FEATURE_ATTRIBUTE_QNAMES are stored; any other feature throws
+		/// SAXNotRecognizedException.
 
 	bool getFeature(const Korvo::XML::XMLString& featureId) const;
 		/// FEATURE_NAMESPACES is always true; FEATURE_NAMESPACE_PREFIXES
-		/// is initially true; any other throws SAXNotRecognizedException.
+		/// is initially true, FEATURE_ATTRIBUTE_QNAMES false; any other
+		/// throws SAXNotRecognizedException.
 
 	void setProperty(const Korvo::XML::XMLString& propertyId, const Korvo::XML::XMLString& value);
 		/// Throws SAXNotSupportedException for the handler properties, which
@@ -268,6 +276,7 @@ private:
 	FISDocumentHandler*          _pDocumentHandler;
 	FISContentHandler*           _pFISContentHandler;
 	bool                         _namespacePrefixes;
+	bool                         _attributeQNames;
 	DocumentVocabulary           _vocabulary;
 	std::vector<std::unique_ptr<RecycledAttributes>> _attributeLists;
 		/// The attribute list of each of the first element names, by name

@@ -216,8 +216,8 @@ public:
 	void comment(const Korvo::XML::XMLChar ch[], int start, int length);
 		/// Writes the length characters at ch + start as a comment. Throws
 		/// std::out_of_range for a negative start or length. Comments inside
-		/// the document type declaration are dropped: the format has no place
-		/// for them there.
+		/// the document type declaration are written after it, at document
+		/// level: the format has no place for them inside.
 
 	// DTDHandler
 	void notationDecl(const Korvo::XML::XMLString& name, const Korvo::XML::XMLString* publicId, const Korvo::XML::XMLString* systemId);
@@ -293,6 +293,8 @@ protected:
 	void writeDocumentTypeDeclaration(const Korvo::XML::XMLString& publicId, const Korvo::XML::XMLString& systemId);
 	void writeProcessingInstruction(const Korvo::XML::XMLString& target, const Korvo::XML::XMLString& data);
 	void writeComment(const Korvo::XML::XMLString& str);
+	void writeCommentItem(const Korvo::XML::XMLString& text);
+		/// A whole comment child: pending values, padding, selector, text.
 
 	// Names, namespaces and attributes
 	std::string newPrefix();
@@ -354,6 +356,8 @@ private:
 	std::vector<Encoding::Ptr>          _encodings;
 	std::vector<Notation>               _notations;
 	std::vector<UnparsedEntity>         _unparsedEntities;
+	std::vector<Korvo::XML::XMLString>  _dtdComments;
+		/// Comments of the document type declaration, written after it.
 	DocumentVocabulary                  _externalVocabulary;
 	std::string                         _externalVocabularyURI;
 	EncodingAlgorithm                   _encodingAlgorithm;

@@ -1,0 +1,186 @@
+//
+// NamespaceScope.cpp
+//
+// Library: FastInfoset
+// Package: Conversion
+// Module:  NamespaceScope
+//
+// Copyright (c) 2026, Korvo FastInfoset developers.
+//
+// SPDX-License-Identifier:	BSL-1.0
+//
+
+
+#include "NamespaceScope.h"
+#include "XMLCharacters.h"
+#include "Korvo/FastInfoset/FISException.h"
+
+
+using Korvo::XML::NamespaceSupport;
+
+
+namespace Korvo {
+namespace FastInfoset {
+
+
+namespace
+{
+	const std::string NO_URI;
+	const std::string XML_PREFIX("xml");
+	const std::string XMLNS_PREFIX("xmlns");
+
+	std::string prefixOf(const std::string& qname)
+	{
+		const std::string::size_type colon = qname.find(':');
+		return colon == std::string::npos ? std::string() : qname.substr(0, colon);
+	}
+
+	std::string localPartOf(const std::string& qname)
+	{
+		const std::string::size_type colon = qname.find(':');
+		return colon == std::string::npos ? qname : qname.substr(colon + 1);
+	}
+
+	std::string joined(const std::string& prefix, const std::string& localName)
+	{
+		return prefix.empty() ? localName : prefix + ':' + localName;
+	}
+}
+
+
+NamespaceScope::NamespaceScope():
+	_generated(0)
+{
+}
+
+
+void NamespaceScope::declare(const std::string& prefix, const std::string& uri)
+{
+	if (prefix == XML_PREFIX || prefix == XMLNS_PREFIX) return;
+	if (!prefix.empty() && uri.empty()) return;
+	if (uri == NamespaceSupport::XML_NAMESPACE || uri == NamespaceSupport::XMLNS_NAMESPACE) return;
+	_declared.push_back(Binding{prefix, uri});
+}
+
+
+void NamespaceScope::startElement(const std::string& uri, const std::string& localName, const std::string& qname, const Korvo::XML::Attributes& attributes)
+{
+	_scopes.push_back(_bindings.size());
+	_attributes.clear();
+	for (const Binding& declaration: _declared)
+	{
+		if (!isDeclaredHere(declaration.prefix)) bind(declaration.prefix, declaration.uri);
+	}
+	_declared.clear();
+
+	XMLCharacters::checkNCName(localName);
+	_elementPrefix = prefixOf(qname);
+	if (uri.empty())
+	{
+		_elementPrefix.clear();
+		if (!uriOf(_elementPrefix).empty())
+		{
+			if (isDeclaredHere(_elementPrefix)) throw FISEncodingException("Element \"" + localName + "\" in no namespace cannot be written in XML: its own declarations bind the default namespace");
+			bind(_elementPrefix, uri);
+		}
+	}
+	else if (uri == NamespaceSupport::XML_NAMESPACE)
+	{
+		_elementPrefix = XML_PREFIX;
+	}
+	else
+	{
+		if (uriOf(_elementPrefix) != uri && !canBind(_elementPrefix)) _elementPrefix = prefixFor(uri, true);
+		if (uriOf(_elementPrefix) != uri) bind(_elementPrefix, uri);
+	}
+	_names.push_back(joined(_elementPrefix, localName));
+
+	for (int i = 0; i < attributes.getLength(); ++i)
+	{
+		const std::string name = attributeName(attributes.getURI(i), attributes.getLocalName(i), attributes.getQName(i));
+		const std::string& value = attributes.getValue(i);
+		XMLCharacters::checkText(value);
+		if (_attributes.getIndex(name) >= 0) throw FISEncodingException("Attribute \"" + name + "\" cannot be written twice in one element");
+		_attributes.addAttribute(NO_URI, NO_URI, name, "CDATA", value);
+	}
+}
+
+
+std::string NamespaceScope::attributeName(const std::string& uri, const std::string& localName, const std::string& qname)
+{
+	const std::string local = localName.empty() ? localPartOf(qname) : localName;
+	XMLCharacters::checkNCName(local);
+	if (uri.empty())
+	{
+		// Written as xmlns="...", it would be a declaration.
+		if (local == XMLNS_PREFIX) throw FISEncodingException("Attribute \"xmlns\" in no namespace cannot be written in XML");
+		return local;
+	}
+	if (uri == NamespaceSupport::XML_NAMESPACE) return joined(XML_PREFIX, local);
+	if (uri == NamespaceSupport::XMLNS_NAMESPACE) throw FISEncodingException("Attribute \"" + local + "\" in the namespace of declarations cannot be written in XML");
+
+	// An attribute without a prefix is in no namespace, so one is needed;
+	// one the element itself uses is not bound anew.
+	std::string prefix = prefixOf(qname);
+	if (prefix.empty() || (uriOf(prefix) != uri && (!canBind(prefix) || prefix == _elementPrefix)))
+		prefix = !_elementPrefix.empty() && uriOf(_elementPrefix) == uri ? _elementPrefix : prefixFor(uri, false);
+	if (uriOf(prefix) != uri) bind(prefix, uri);
+	return joined(prefix, local);
+}
+
+
+void NamespaceScope::endElement()
+{
+	_bindings.resize(_scopes.back());
+	_scopes.pop_back();
+	_names.pop_back();
+}
+
+
+const std::string& NamespaceScope::uriOf(const std::string& prefix) const
+{
+	for (auto it = _bindings.rbegin(); it != _bindings.rend(); ++it)
+	{
+		if (it->prefix == prefix) return it->uri;
+	}
+	return prefix == XML_PREFIX ? NamespaceSupport::XML_NAMESPACE : NO_URI;
+}
+
+
+bool NamespaceScope::isDeclaredHere(const std::string& prefix) const
+{
+	for (std::size_t i = _scopes.back(); i < _bindings.size(); ++i)
+	{
+		if (_bindings[i].prefix == prefix) return true;
+	}
+	return false;
+}
+
+
+bool NamespaceScope::canBind(const std::string& prefix) const
+{
+	return prefix != XML_PREFIX && prefix != XMLNS_PREFIX && !isDeclaredHere(prefix);
+}
+
+
+void NamespaceScope::bind(const std::string& prefix, const std::string& uri)
+{
+	_bindings.push_back(Binding{prefix, uri});
+	_attributes.addAttribute(NO_URI, NO_URI, prefix.empty() ? XMLNS_PREFIX : XMLNS_PREFIX + ':' + prefix, "CDATA", uri);
+}
+
+
+std::string NamespaceScope::prefixFor(const std::string& uri, bool allowDefault)
+{
+	for (auto it = _bindings.rbegin(); it != _bindings.rend(); ++it)
+	{
+		if (it->uri == uri && (allowDefault || !it->prefix.empty()) && uriOf(it->prefix) == uri) return it->prefix;
+	}
+	std::string prefix;
+	do prefix = "ns" + std::to_string(++_generated);
+	while (!uriOf(prefix).empty() || !canBind(prefix) || prefix == _elementPrefix);
+	return prefix;
+}
+
+
+} } // namespace Korvo::FastInfoset
