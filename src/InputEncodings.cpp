@@ -38,8 +38,8 @@
 #include "Poco/Windows932Encoding.h"
 #include "Poco/Windows936Encoding.h"
 #include "Poco/Windows949Encoding.h"
-#include "Poco/String.h"
-#include "Poco/StringTokenizer.h"
+#include "Poco/Ascii.h"
+#include <cstring>
 
 
 namespace Korvo {
@@ -81,14 +81,26 @@ namespace
 		{"MacCentralEurRoman|MacCentralEurope|x-mac-ce", "MAC-CENTRALEUROPE"}
 	};
 
-	bool isNamed(const char* names, const std::string& name)
+	bool equalsIgnoringCase(const char* begin, const char* end, const std::string& name)
 	{
-		Korvo::StringTokenizer tokens(names, "|");
-		for (const auto& token: tokens)
+		if (static_cast<std::size_t>(end - begin) != name.size()) return false;
+		for (std::size_t i = 0; i < name.size(); ++i)
 		{
-			if (Korvo::icompare(token, name) == 0) return true;
+			if (Korvo::Ascii::toLower(begin[i]) != Korvo::Ascii::toLower(name[i])) return false;
 		}
-		return false;
+		return true;
+	}
+
+	bool isNamed(const char* names, const std::string& name)
+		/// Whether name is one of names, in any case.
+	{
+		for (const char* p = names; ; ++p)
+		{
+			const char* end = std::strchr(p, '|');
+			if (!end) return equalsIgnoringCase(p, p + std::strlen(p), name);
+			if (equalsIgnoringCase(p, end, name)) return true;
+			p = end;
+		}
 	}
 
 	std::string firstName(const char* names)

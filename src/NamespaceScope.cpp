@@ -29,21 +29,26 @@ namespace
 	const std::string XML_PREFIX("xml");
 	const std::string XMLNS_PREFIX("xmlns");
 
-	std::string prefixOf(const std::string& qname)
+	void splitQName(const std::string& qname, std::string& prefix, std::string& localPart)
 	{
 		const std::string::size_type colon = qname.find(':');
-		return colon == std::string::npos ? std::string() : qname.substr(0, colon);
+		if (colon == std::string::npos)
+		{
+			prefix.clear();
+			localPart = qname;
+		}
+		else
+		{
+			prefix.assign(qname, 0, colon);
+			localPart.assign(qname, colon + 1, std::string::npos);
+		}
 	}
 
-	std::string localPartOf(const std::string& qname)
+	void join(const std::string& prefix, const std::string& localName, std::string& qname)
 	{
-		const std::string::size_type colon = qname.find(':');
-		return colon == std::string::npos ? qname : qname.substr(colon + 1);
-	}
-
-	std::string joined(const std::string& prefix, const std::string& localName)
-	{
-		return prefix.empty() ? localName : prefix + ':' + localName;
+		qname = prefix;
+		if (!prefix.empty()) qname += ':';
+		qname += localName;
 	}
 }
 
@@ -74,15 +79,11 @@ void NamespaceScope::startElement(const std::string& uri, const std::string& loc
 	_declared.clear();
 
 	XMLCharacters::checkNCName(localName);
-	_elementPrefix = prefixOf(qname);
+	splitQName(qname, _elementPrefix, _localPart);
 	if (uri.empty())
 	{
 		_elementPrefix.clear();
-		if (!uriOf(_elementPrefix).empty())
-		{
-			if (isDeclaredHere(_elementPrefix)) throw FISEncodingException("Element \"" + localName + "\" in no namespace cannot be written in XML: its own declarations bind the default namespace");
-			bind(_elementPrefix, uri);
-		}
+		if (!uriOf(_elementPrefix).empty()) undeclareDefault();
 	}
 	else if (uri == NamespaceSupport::XML_NAMESPACE)
 	{
@@ -93,39 +94,62 @@ void NamespaceScope::startElement(const std::string& uri, const std::string& loc
 		if (uriOf(_elementPrefix) != uri && !canBind(_elementPrefix)) _elementPrefix = prefixFor(uri, true);
 		if (uriOf(_elementPrefix) != uri) bind(_elementPrefix, uri);
 	}
-	_names.push_back(joined(_elementPrefix, localName));
+	if (_names.size() == _scopes.size() - 1) _names.emplace_back();
+	join(_elementPrefix, localName, _names[_scopes.size() - 1]);
 
 	for (int i = 0; i < attributes.getLength(); ++i)
 	{
-		const std::string name = attributeName(attributes.getURI(i), attributes.getLocalName(i), attributes.getQName(i));
+		attributeName(attributes.getURI(i), attributes.getLocalName(i), attributes.getQName(i));
 		const std::string& value = attributes.getValue(i);
 		XMLCharacters::checkText(value);
-		if (_attributes.getIndex(name) >= 0) throw FISEncodingException("Attribute \"" + name + "\" cannot be written twice in one element");
-		_attributes.addAttribute(NO_URI, NO_URI, name, "CDATA", value);
+		if (_attributes.getIndex(_name) >= 0) throw FISEncodingException("Attribute \"" + _name + "\" cannot be written twice in one element");
+		_attributes.add(_name, value);
 	}
 }
 
 
-std::string NamespaceScope::attributeName(const std::string& uri, const std::string& localName, const std::string& qname)
+void NamespaceScope::attributeName(const std::string& uri, const std::string& localName, const std::string& qname)
 {
-	const std::string local = localName.empty() ? localPartOf(qname) : localName;
+	splitQName(qname, _prefix, _localPart);
+	const std::string& local = localName.empty() ? _localPart : localName;
 	XMLCharacters::checkNCName(local);
 	if (uri.empty())
 	{
 		// Written as xmlns="...", it would be a declaration.
 		if (local == XMLNS_PREFIX) throw FISEncodingException("Attribute \"xmlns\" in no namespace cannot be written in XML");
-		return local;
+		_name = local;
+		return;
 	}
-	if (uri == NamespaceSupport::XML_NAMESPACE) return joined(XML_PREFIX, local);
+	if (uri == NamespaceSupport::XML_NAMESPACE)
+	{
+		join(XML_PREFIX, local, _name);
+		return;
+	}
 	if (uri == NamespaceSupport::XMLNS_NAMESPACE) throw FISEncodingException("Attribute \"" + local + "\" in the namespace of declarations cannot be written in XML");
 
 	// An attribute without a prefix is in no namespace, so one is needed;
 	// one the element itself uses is not bound anew.
-	std::string prefix = prefixOf(qname);
-	if (prefix.empty() || (uriOf(prefix) != uri && (!canBind(prefix) || prefix == _elementPrefix)))
-		prefix = !_elementPrefix.empty() && uriOf(_elementPrefix) == uri ? _elementPrefix : prefixFor(uri, false);
-	if (uriOf(prefix) != uri) bind(prefix, uri);
-	return joined(prefix, local);
+	if (_prefix.empty() || (uriOf(_prefix) != uri && (!canBind(_prefix) || _prefix == _elementPrefix)))
+		_prefix = !_elementPrefix.empty() && uriOf(_elementPrefix) == uri ? _elementPrefix : prefixFor(uri, false);
+	if (uriOf(_prefix) != uri) bind(_prefix, uri);
+	join(_prefix, local, _name);
+}
+
+
+void NamespaceScope::undeclareDefault()
+{
+	// A default namespace that the element itself declares contradicts its
+	// name; its children get the declarations they need anyway.
+	for (std::size_t i = _scopes.back(); i < _bindings.size(); ++i)
+	{
+		if (_bindings[i].prefix.empty())
+		{
+			_bindings[i].uri.clear();
+			_attributes.setValue(_attributes.getIndex(XMLNS_PREFIX), NO_URI);
+			return;
+		}
+	}
+	bind(NO_URI, NO_URI);
 }
 
 
@@ -133,7 +157,6 @@ void NamespaceScope::endElement()
 {
 	_bindings.resize(_scopes.back());
 	_scopes.pop_back();
-	_names.pop_back();
 }
 
 
@@ -166,7 +189,7 @@ bool NamespaceScope::canBind(const std::string& prefix) const
 void NamespaceScope::bind(const std::string& prefix, const std::string& uri)
 {
 	_bindings.push_back(Binding{prefix, uri});
-	_attributes.addAttribute(NO_URI, NO_URI, prefix.empty() ? XMLNS_PREFIX : XMLNS_PREFIX + ':' + prefix, "CDATA", uri);
+	_attributes.add(prefix.empty() ? XMLNS_PREFIX : XMLNS_PREFIX + ':' + prefix, uri);
 }
 
 

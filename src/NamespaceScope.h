@@ -18,6 +18,7 @@
 
 
 #include "Korvo/FastInfoset/FastInfoset.h"
+#include "QualifiedAttributes.h"
 #include <string>
 #include <vector>
 
@@ -37,8 +38,9 @@ class NamespaceScope
 	/// namespace without one, a prefix the element already binds otherwise)
 	/// another prefix bound to the namespace is taken, the element's own
 	/// first, else a new one (ns1, ns2, ...). An element in no namespace
-	/// below a default namespace undeclares it (xmlns=""). The text is thus
-	/// namespace-well-formed whatever the document says.
+	/// below a default namespace, or declaring one itself, undeclares it
+	/// (xmlns=""). The text is thus namespace-well-formed and says the
+	/// namespace of every name, whatever the document says.
 	///
 	/// The end of an element closes its declarations, whatever
 	/// endPrefixMapping events say.
@@ -60,7 +62,7 @@ public:
 	const std::string& name() const;
 		/// The qualified name of the innermost open element.
 
-	const Korvo::XML::AttributesImpl& attributes() const;
+	const Korvo::XML::Attributes& attributes() const;
 		/// The namespace declarations and attributes of the element opened
 		/// last, each given by its qualified name only.
 
@@ -78,17 +80,24 @@ private:
 	bool isDeclaredHere(const std::string& prefix) const;
 	bool canBind(const std::string& prefix) const;
 	void bind(const std::string& prefix, const std::string& uri);
+	void undeclareDefault();
+		/// Makes the default namespace none from the element on.
 	std::string prefixFor(const std::string& uri, bool allowDefault);
 		/// A prefix bound to uri in scope or, failing that, a new one.
-	std::string attributeName(const std::string& uri, const std::string& localName, const std::string& qname);
+	void attributeName(const std::string& uri, const std::string& localName, const std::string& qname);
+		/// Works out an attribute's qualified name into _name.
 
 	std::vector<Binding>       _bindings;
 	std::vector<std::size_t>   _scopes;
 		/// Where each open element's bindings begin.
 	std::vector<std::string>   _names;
+		/// The open elements' names, kept beyond their depth for reuse.
 	std::vector<Binding>       _declared;
-	Korvo::XML::AttributesImpl _attributes;
+	QualifiedAttributes        _attributes;
 	std::string                _elementPrefix;
+	std::string                _prefix;
+	std::string                _localPart;
+	std::string                _name;
 	int                        _generated;
 };
 
@@ -98,11 +107,11 @@ private:
 //
 inline const std::string& NamespaceScope::name() const
 {
-	return _names.back();
+	return _names[_scopes.size() - 1];
 }
 
 
-inline const Korvo::XML::AttributesImpl& NamespaceScope::attributes() const
+inline const Korvo::XML::Attributes& NamespaceScope::attributes() const
 {
 	return _attributes;
 }

@@ -22,10 +22,20 @@ namespace FastInfoset {
 
 PrefixedStreamBuf::PrefixedStreamBuf(std::istream& input, std::size_t headSize):
 	_input(input),
+	_start(input.good() ? input.tellg() : std::streampos(-1)),
 	_headGiven(false)
 {
 	_head.resize(headSize);
 	_head.resize(static_cast<std::size_t>(readInput(&_head[0], static_cast<std::streamsize>(headSize))));
+}
+
+
+bool PrefixedStreamBuf::rewind()
+{
+	if (_start == std::streampos(-1)) return false;
+	_input.clear();
+	_input.seekg(_start);
+	return !_input.fail();
 }
 
 

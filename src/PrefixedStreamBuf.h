@@ -43,6 +43,11 @@ public:
 		/// The octets read so far: headSize of them, or fewer when the
 		/// stream is shorter.
 
+	bool rewind();
+		/// Puts the stream back where it was before the head was read, so
+		/// that it can be read directly instead of through this buffer.
+		/// False when the stream cannot seek; call before any read.
+
 protected:
 	int_type underflow();
 	std::streamsize xsgetn(char* s, std::streamsize n);
@@ -50,10 +55,11 @@ protected:
 private:
 	std::streamsize readInput(char* s, std::streamsize n);
 
-	std::istream& _input;
-	std::string   _head;
-	bool          _headGiven;
-	char          _buffer[4096];
+	std::istream&  _input;
+	std::streampos _start;
+	std::string    _head;
+	bool           _headGiven;
+	char           _buffer[4096];
 };
 
 

@@ -122,7 +122,7 @@ bool XMLCharacters::isNCName(const std::string& name)
 	bool first = true;
 	while (p != end)
 	{
-		const unsigned c = decode(p, end);
+		const unsigned c = *p < 0x80 ? *p++ : decode(p, end);
 		if (c == INVALID || !(first ? isNameStartChar(c) : isNameChar(c))) return false;
 		first = false;
 	}

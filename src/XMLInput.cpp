@@ -123,25 +123,31 @@ namespace
 
 
 XMLInput::XMLInput(std::istream& input, Korvo::XML::SAXParser& parser):
-	_prefixed(input, HEAD_SIZE),
-	_stream(&_prefixed),
-	_source(_stream)
+	_prefixed(input, HEAD_SIZE)
 {
 	std::string formName;
 	const Form form = formOf(_prefixed.head(), formName);
-	if (form == PARSER_DETECTED) return;
+	if (form == PARSER_DETECTED)
+	{
+		readAsItIs(input);
+		return;
+	}
 	if (form == UTF32)
 	{
 		decodeWithIconv(parser, formName);
 		return;
 	}
 
-	const std::string text = form == EBCDIC ? ebcdicToASCII(_prefixed.head()) : _prefixed.head();
+	const std::string ebcdicHead = form == EBCDIC ? ebcdicToASCII(_prefixed.head()) : std::string();
+	const std::string& text = form == EBCDIC ? ebcdicHead : _prefixed.head();
 	std::string name;
 	std::size_t offset = 0;
 	if (!declaredEncoding(text, name, offset))
 	{
-		if (form == EBCDIC) decodeWithIconv(parser, "IBM037");
+		if (form == EBCDIC)
+			decodeWithIconv(parser, "IBM037");
+		else
+			readAsItIs(input);
 		return;
 	}
 
@@ -152,14 +158,18 @@ XMLInput::XMLInput(std::istream& input, Korvo::XML::SAXParser& parser):
 		if (!IconvStreamBuf::isKnown(canonicalName)) throw unknownEncoding(name, text, offset);
 		decodeWithIconv(parser, canonicalName);
 	}
-	else if (decoder == InputEncodings::PLATFORM)
+	else
 	{
-		_pPlatformEncoding = InputEncodings::platformEncoding(canonicalName);
-		parser.addEncoding(name, _pPlatformEncoding.get());
-	}
-	else if (Korvo::icompare(name, canonicalName) != 0)
-	{
-		parser.setEncoding(canonicalName);
+		if (decoder == InputEncodings::PLATFORM)
+		{
+			_pPlatformEncoding = InputEncodings::platformEncoding(canonicalName);
+			parser.addEncoding(name, _pPlatformEncoding.get());
+		}
+		else if (Korvo::icompare(name, canonicalName) != 0)
+		{
+			parser.setEncoding(canonicalName);
+		}
+		readAsItIs(input);
 	}
 }
 
@@ -172,8 +182,24 @@ XMLInput::~XMLInput()
 void XMLInput::decodeWithIconv(Korvo::XML::SAXParser& parser, const std::string& encoding)
 {
 	_pConverter.reset(new IconvStreamBuf(_prefixed, encoding));
-	_stream.rdbuf(_pConverter.get());
+	readFrom(_pConverter.get());
 	parser.setEncoding("UTF-8");
+}
+
+
+void XMLInput::readAsItIs(std::istream& input)
+{
+	if (_prefixed.rewind())
+		_source.setByteStream(input);
+	else
+		readFrom(&_prefixed);
+}
+
+
+void XMLInput::readFrom(std::streambuf* pBuffer)
+{
+	_pStream.reset(new std::istream(pBuffer));
+	_source.setByteStream(*_pStream);
 }
 
 

@@ -38,7 +38,8 @@ class XMLInput
 	/// The first octets tell the form of the text and the encoding it
 	/// declares; InputEncodings tells which decoder reads that encoding.
 	/// UTF-8 and UTF-16 go to the parser as they are, and so do the other
-	/// encodings it knows. A platform encoding is registered with the parser
+	/// encodings it knows: straight from the input stream when it can seek
+	/// back over the octets looked at. A platform encoding is registered with the parser
 	/// under the declared name. Anything else, UTF-32 and EBCDIC included,
 	/// is converted to UTF-8 by iconv in front of the parser, which is told
 	/// to take the text as UTF-8 whatever it declares.
@@ -61,11 +62,13 @@ private:
 	XMLInput& operator = (const XMLInput&);
 
 	void decodeWithIconv(Korvo::XML::SAXParser& parser, const std::string& encoding);
+	void readAsItIs(std::istream& input);
+	void readFrom(std::streambuf* pBuffer);
 
 	PrefixedStreamBuf                    _prefixed;
 	std::unique_ptr<Korvo::TextEncoding> _pPlatformEncoding;
 	std::unique_ptr<IconvStreamBuf>      _pConverter;
-	std::istream                         _stream;
+	std::unique_ptr<std::istream>        _pStream;
 	Korvo::XML::InputSource              _source;
 };
 

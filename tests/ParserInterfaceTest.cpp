@@ -15,6 +15,7 @@
 #include "Poco/TemporaryFile.h"
 #include "Poco/Path.h"
 #include <gtest/gtest.h>
+#include <algorithm>
 #include <fstream>
 #include <sstream>
 
@@ -38,6 +39,7 @@ TEST(ParserInterfaceTest, FreshParser)
 	FastInfosetParser parser;
 	EXPECT_TRUE(parser.getFeature(XMLReader::FEATURE_NAMESPACES));
 	EXPECT_TRUE(parser.getFeature(XMLReader::FEATURE_NAMESPACE_PREFIXES));
+	EXPECT_FALSE(parser.getFeature(FastInfosetParser::FEATURE_ATTRIBUTE_QNAMES));
 	EXPECT_EQ(nullptr, parser.getContentHandler());
 	EXPECT_EQ(nullptr, parser.getDTDHandler());
 	EXPECT_EQ(nullptr, parser.getEntityResolver());
@@ -105,6 +107,31 @@ TEST(ParserInterfaceTest, FeaturesAndProperties)
 		int handler = 0;
 		parser.setProperty(name, &handler);
 		EXPECT_EQ(&handler, parser.getProperty(name));
+	}
+}
+
+
+TEST(ParserInterfaceTest, AttributesCarryQualifiedNamesOnRequest)
+{
+	std::ostringstream out;
+	FastInfosetWriter writer(out);
+	Korvo::XML::AttributesImpl attributes;
+	attributes.addAttribute("urn:p", "x", "p:x", "", "1");
+	attributes.addAttribute("", "y", "y", "", "2");
+	writer.startDocument();
+	writer.startPrefixMapping("p", "urn:p");
+	writer.emptyElement("", "e", "e", attributes);
+	writer.endDocument();
+
+	// One parser for all, so that lists filled with names are refilled without.
+	FastInfosetParser parser;
+	for (const bool qualified: {false, true, false})
+	{
+		parser.setFeature(FastInfosetParser::FEATURE_ATTRIBUTE_QNAMES, qualified);
+		EXPECT_EQ(qualified, parser.getFeature(FastInfosetParser::FEATURE_ATTRIBUTE_QNAMES));
+		const std::vector<std::string> events = parseToEvents(out.str(), PLAIN_HANDLER, &parser);
+		const std::string expected = qualified ? "startElement(|e||attr(urn:p|x|p:x||1)|attr(|y|y||2))" : "startElement(|e||attr(urn:p|x|||1)|attr(|y|||2))";
+		EXPECT_NE(events.end(), std::find(events.begin(), events.end(), expected)) << qualified;
 	}
 }
 

@@ -275,6 +275,10 @@ TEST_F(ToolTest, FailuresNameTheFileAndLeaveNoOutput)
 		{"encode", "", 0, "SAXParseException"},
 		{"decode", truncated.data(), truncated.size(), "FastInfoset Parse Exception"},
 		{"decode", "<r/>", 4, "Not a valid Fast Infoset document (invalid header)"},
+		// malformed XML, octets and encodings, in any encoding: line and column
+		{"encode", "<?xml version='1.0' encoding='EUC-JP'?>\n<a>\xa4\xa2<b></a>", 52, "SAXParseException: Tag mismatch in line 2 column 9"},
+		{"encode", "<?xml version='1.0' encoding='Shift_JIS'?>\n<a>\x87\x40</a>", 52, "Invalid octets for encoding \"Shift_JIS\": 0x87 0x40 in line 2 column 3"},
+		{"encode", "<?xml version='1.0' encoding='X-NONE'?><a/>", 43, "Unknown encoding \"X-NONE\" in line 1 column 30"},
 		{"inspect", truncated.data(), truncated.size(), "FastInfoset Parse Exception"},
 	};
 	for (const auto& c: cases)
@@ -338,6 +342,31 @@ TEST_F(ToolTest, RoundTripOfTheBundledSamples)
 	const ToolRun run = runTool(arguments);
 	EXPECT_EQ(0, run.status) << run.out << run.err;
 	EXPECT_NE(std::string::npos, run.out.find(std::to_string(arguments.size() - 1) + " document(s): " + std::to_string(arguments.size() - 1) + " kept")) << run.out;
+}
+
+
+TEST_F(ToolTest, RoundTripOfTheSharedFeedsAndRealDocuments)
+{
+	// Every one is kept but the feed that declares Shift_JIS and holds code
+	// page 932: refused, with the position of the first such octets.
+	const Poco::Path fixtures(KORVO_SOURCE_DIR "/../shared/fixtures/");
+	std::vector<std::string> arguments{"roundtrip"};
+	for (const char* directory: {"encodings", "real"})
+	{
+		const Poco::Path path(fixtures, directory);
+		if (!Poco::File(path).exists()) GTEST_SKIP() << "no shared documents at " << path.toString();
+		std::vector<std::string> names;
+		Poco::File(path).list(names);
+		for (const auto& name: names)
+			if (Poco::Path(name).getExtension() != "fi" && Poco::Path(name).getExtension() != "md") arguments.push_back(Poco::Path(path, name).toString());
+	}
+	const std::size_t count = arguments.size() - 1;
+	ASSERT_GT(count, 15u);
+
+	const ToolRun run = runTool(arguments);
+	EXPECT_EQ(1, run.status);
+	EXPECT_NE(std::string::npos, run.out.find(std::to_string(count) + " document(s): " + std::to_string(count - 1) + " kept, 0 changed, 1 failed")) << run.out << run.err;
+	EXPECT_NE(std::string::npos, run.err.find("CP932-y-moto.com.xml: SAXParseException: Invalid octets for encoding \"Shift_JIS\": 0x87 0x40 in line 237 column 4")) << run.err;
 }
 
 

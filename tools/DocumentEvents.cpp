@@ -30,10 +30,10 @@ namespace Tool {
 
 namespace
 {
-	std::string expandedName(const XMLString& uri, const XMLString& localName, const XMLString& qname)
+	std::string expandedName(const XMLString& uri, const XMLString& localName, const XMLString& qname, bool withQName)
 	{
 		const XMLString& local = localName.empty() ? qname : localName;
-		return "{" + uri + "}" + local;
+		return "{" + uri + "}" + local + (withQName ? " as " + qname : std::string());
 	}
 
 	bool isWhitespace(const std::string& text)
@@ -55,13 +55,15 @@ namespace
 }
 
 
-DocumentEvents::DocumentEvents()
+DocumentEvents::DocumentEvents():
+	_inDTD(false)
 {
 }
 
 
 DocumentEvents::DocumentEvents(const Options& options):
-	_options(options)
+	_options(options),
+	_inDTD(false)
 {
 }
 
@@ -72,6 +74,8 @@ void DocumentEvents::clear()
 	_text.clear();
 	_declarations.clear();
 	_dtdDeclarations.clear();
+	_dtdComments.clear();
+	_inDTD = false;
 }
 
 
@@ -144,7 +148,7 @@ void DocumentEvents::endDocument()
 
 void DocumentEvents::startElement(const XMLString& uri, const XMLString& localName, const XMLString& qname, const Korvo::XML::Attributes& attributes)
 {
-	std::string line = "start " + expandedName(uri, localName, qname);
+	std::string line = "start " + expandedName(uri, localName, qname, _options.recordPrefixes);
 
 	std::sort(_declarations.begin(), _declarations.end());
 	for (const auto& declaration: _declarations)
@@ -155,7 +159,7 @@ void DocumentEvents::startElement(const XMLString& uri, const XMLString& localNa
 	for (int i = 0; i < attributes.getLength(); ++i)
 	{
 		if (attributes.getURI(i) == Korvo::XML::NamespaceSupport::XMLNS_NAMESPACE) continue;
-		_attributes.push_back("@" + expandedName(attributes.getURI(i), attributes.getLocalName(i), attributes.getQName(i)) + "=" + attributes.getValue(i));
+		_attributes.push_back("@" + expandedName(attributes.getURI(i), attributes.getLocalName(i), attributes.getQName(i), _options.recordPrefixes) + "=" + attributes.getValue(i));
 	}
 	std::sort(_attributes.begin(), _attributes.end());
 	for (const auto& attribute: _attributes) line += " " + attribute;
@@ -166,7 +170,7 @@ void DocumentEvents::startElement(const XMLString& uri, const XMLString& localNa
 
 void DocumentEvents::endElement(const XMLString& uri, const XMLString& localName, const XMLString& qname)
 {
-	record("end " + expandedName(uri, localName, qname));
+	record("end " + expandedName(uri, localName, qname, _options.recordPrefixes));
 }
 
 
@@ -208,6 +212,7 @@ void DocumentEvents::skippedEntity(const XMLString& name)
 
 void DocumentEvents::startDTD(const XMLString& name, const XMLString& publicId, const XMLString& systemId)
 {
+	_inDTD = true;
 	if (!_options.recordDoctype) return;
 	record("doctype " + (_options.recordDoctypeName ? name : std::string()) + "|" + publicId + "|" + systemId);
 }
@@ -215,6 +220,9 @@ void DocumentEvents::startDTD(const XMLString& name, const XMLString& publicId, 
 
 void DocumentEvents::endDTD()
 {
+	_inDTD = false;
+	for (const auto& line: _dtdComments) record(line);
+	_dtdComments.clear();
 }
 
 
@@ -240,7 +248,10 @@ void DocumentEvents::endCDATA()
 
 void DocumentEvents::comment(const XMLChar ch[], int start, int length)
 {
-	record("comment " + std::string(ch + start, length));
+	if (_inDTD)
+		_dtdComments.push_back("comment " + std::string(ch + start, length));
+	else
+		record("comment " + std::string(ch + start, length));
 }
 
 

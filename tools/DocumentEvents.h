@@ -48,8 +48,9 @@ class DocumentEvents: public Korvo::XML::ContentHandler, public Korvo::XML::Lexi
 	/// Notation and unparsed-entity declarations are recorded as "notation"
 	/// and "entity" lines at the start, in declaration order, wherever the
 	/// reader reports them (an XML parser inside the DTD, a Fast Infoset
-	/// parser before the document). XML is read in any encoding that the
-	/// converter reads.
+	/// parser before the document). Comments inside the document type
+	/// declaration are recorded at its end, where a Fast Infoset document
+	/// keeps them. XML is read in any encoding that the converter reads.
 {
 public:
 	struct Options
@@ -57,7 +58,8 @@ public:
 		Options():
 			dropWhitespaceText(false),
 			recordDoctype(true),
-			recordDoctypeName(true)
+			recordDoctypeName(true),
+			recordPrefixes(false)
 		{
 		}
 
@@ -67,6 +69,9 @@ public:
 			/// Record the document type declaration at all.
 		bool recordDoctypeName;
 			/// Record its name (a Fast Infoset document carries none).
+		bool recordPrefixes;
+			/// Record the qualified names of elements and attributes too,
+			/// as "start {urn:x}item as p:item".
 	};
 
 	DocumentEvents();
@@ -123,6 +128,8 @@ private:
 	std::vector<std::pair<std::string, std::string>> _declarations;
 	std::vector<std::string> _attributes;
 	std::vector<std::string> _dtdDeclarations;
+	std::vector<std::string> _dtdComments;
+	bool                     _inDTD;
 };
 
 
