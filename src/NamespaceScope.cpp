@@ -61,7 +61,7 @@ NamespaceScope::NamespaceScope():
 
 void NamespaceScope::declare(const std::string& prefix, const std::string& uri)
 {
-	if (prefix == XML_PREFIX || prefix == XMLNS_PREFIX) return;
+	if (prefix == XML_PREFIX || prefix == XMLNS_PREFIX || (!prefix.empty() && !XMLCharacters::isNCName(prefix))) return;
 	if (!prefix.empty() && uri.empty()) return;
 	if (uri == NamespaceSupport::XML_NAMESPACE || uri == NamespaceSupport::XMLNS_NAMESPACE) return;
 	_declared.push_back(Binding{prefix, uri});
@@ -182,12 +182,13 @@ bool NamespaceScope::isDeclaredHere(const std::string& prefix) const
 
 bool NamespaceScope::canBind(const std::string& prefix) const
 {
-	return prefix != XML_PREFIX && prefix != XMLNS_PREFIX && !isDeclaredHere(prefix);
+	return prefix != XML_PREFIX && prefix != XMLNS_PREFIX && !isDeclaredHere(prefix) && (prefix.empty() || XMLCharacters::isNCName(prefix));
 }
 
 
 void NamespaceScope::bind(const std::string& prefix, const std::string& uri)
 {
+	XMLCharacters::checkText(uri);
 	_bindings.push_back(Binding{prefix, uri});
 	_attributes.add(prefix.empty() ? XMLNS_PREFIX : XMLNS_PREFIX + ':' + prefix, uri);
 }

@@ -14,6 +14,7 @@
 #include "XMLInput.h"
 #include "InputEncodings.h"
 #include "Poco/SAX/SAXException.h"
+#include "Poco/Ascii.h"
 #include "Poco/String.h"
 #include <iconv.h>
 #include <cstdint>
@@ -82,9 +83,22 @@ namespace
 		return c == ' ' || c == '\t' || c == '\r' || c == '\n';
 	}
 
+	bool isEncodingName(const std::string& name)
+		/// Whether name has the form XML gives encoding names (no options
+		/// such as iconv's "//IGNORE" can hide in it).
+	{
+		if (name.empty() || !Korvo::Ascii::isAlpha(name[0])) return false;
+		for (char c: name)
+		{
+			if (!Korvo::Ascii::isAlphaNumeric(c) && c != '.' && c != '_' && c != '-') return false;
+		}
+		return true;
+	}
+
 	bool declaredEncoding(const std::string& text, std::string& name, std::size_t& offset)
 		/// The value of the encoding pseudo-attribute of the XML declaration
-		/// at the start of text, and where it begins.
+		/// at the start of text, and where it begins. False without one, or
+		/// when it is malformed: the parser says what is wrong then.
 	{
 		if (text.size() < 6 || text.compare(0, 5, "<?xml") != 0 || !isSpace(text[5])) return false;
 		const std::size_t end = text.find("?>");
@@ -100,7 +114,7 @@ namespace
 		if (close == std::string::npos || close > end) return false;
 		offset = pos + 1;
 		name = text.substr(offset, close - offset);
-		return true;
+		return isEncodingName(name);
 	}
 
 	Korvo::XML::SAXParseException unknownEncoding(const std::string& name, const std::string& text, std::size_t offset)

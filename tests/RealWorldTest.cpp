@@ -181,6 +181,8 @@ TEST(RealWorldTest, EncodingFaultsSayWhatAndWhere)
 	{
 		{"<?xml version='1.0' encoding='X-NONE'?><a/>", "Unknown encoding \"X-NONE\" in line 1 column 30"},
 		{"<?xml version='1.0'\n encoding=\"x\"?><a/>", "Unknown encoding \"x\" in line 2 column 11"},
+		// no iconv options hide in a name
+		{"<?xml version='1.0' encoding='Shift_JIS//IGNORE'?><a>\x87\x40</a>", "XML declaration not well-formed in line 1 column 39"},
 		// 87 40 is a circled digit in code page 932, nothing in Shift_JIS
 		{"<?xml version='1.0' encoding='Shift_JIS'?>\n<a>\x82\xa0\x87\x40</a>", "Invalid octets for encoding \"Shift_JIS\": 0x87 0x40 in line 2 column 4"},
 		{"<?xml version='1.0' encoding='windows-1252'?>\r\n<a>\r\n\x81</a>", "Invalid octets for encoding \"windows-1252\": 0x81 0x3C in line 3 column 0"},

@@ -124,6 +124,7 @@ TEST(XMLOutputTest, EachNameKeepsItsPrefixWherePossible)
 		{"the element's prefix bound otherwise by itself", {{{{"p", "urn:1"}}, {"urn:2", "a", "p:a"}, {}}}, "ns1:a xmlns:p=urn:1 xmlns:ns1=urn:2"},
 		{"the xml prefix", {{{{"xml", XML_NS.c_str()}, {"p", ""}}, {"", "a", ""}, {{XML_NS.c_str(), "lang", "xml:lang"}}}}, "a xml:lang=v"},
 		{"an attribute given by qualified name only", {{{}, {"", "a", ""}, {{"", "", "plain"}}}}, "a plain=v"},
+		{"a prefix that is not a name", {{{{"a b", "urn:1"}}, {"urn:1", "e", "a b:e"}, {}}}, "ns1:e xmlns:ns1=urn:1"},
 	};
 	for (const auto& c: cases)
 	{
@@ -144,6 +145,7 @@ TEST(XMLOutputTest, NamesXMLCannotWriteThrow)
 		{{{}, {"", "a", ""}, {{"", "1x", ""}}}, "Name \"1x\" cannot be written in XML"},
 		{{{}, {"", "a", ""}, {{"", "x", ""}, {"", "x", ""}}}, "Attribute \"x\" cannot be written twice in one element"},
 		{{{}, {"", "a", ""}, {{"", "xmlns", ""}}}, "Attribute \"xmlns\" in no namespace cannot be written in XML"},
+		{{{{"p", "urn:\x01"}}, {"", "a", ""}, {}}, "Character U+0001 cannot be written in XML 1.0"},
 	};
 	for (const auto& c: cases)
 	{
