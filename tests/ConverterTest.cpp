@@ -12,7 +12,7 @@
 #include "Korvo/FastInfoset/FastInfosetWriter.h"
 #include "Korvo/FastInfoset/FastInfosetParser.h"
 #include "Korvo/FastInfoset/FISException.h"
-#include "DocumentEvents.h"
+#include "support/ConversionTesting.h"
 #include "support/ExceptionMatchers.h"
 #include "Poco/SAX/SAXException.h"
 #include <gtest/gtest.h>
@@ -21,27 +21,11 @@
 
 using namespace Korvo::FastInfoset;
 using Korvo::FastInfoset::Tool::DocumentEvents;
+using Tests::toFIS;
+using Tests::toXML;
 
 
 namespace {
-
-
-std::string toFIS(const std::string& xml, int maxIndexedStringLength = 16, int options = 0)
-{
-	std::istringstream input(xml);
-	std::ostringstream output;
-	Converter::convertToFIS(input, output, maxIndexedStringLength, options);
-	return output.str();
-}
-
-
-std::string toXML(const std::string& fis, int options = Converter::CONV_WRITE_XML_DECLARATION)
-{
-	std::istringstream input(fis);
-	std::ostringstream output;
-	Converter::convertToXML(input, output, options);
-	return output.str();
-}
 
 
 std::string hex(const std::string& octets)
@@ -70,10 +54,7 @@ std::vector<std::string> eventsOf(const std::string& xml, bool dropWhitespaceTex
 {
 	DocumentEvents::Options options;
 	options.dropWhitespaceText = dropWhitespaceText;
-	DocumentEvents events(options);
-	std::istringstream input(xml);
-	events.readXML(input);
-	return events.lines();
+	return Tests::xmlEvents(xml, options);
 }
 
 

@@ -19,8 +19,8 @@
 
 #include "Korvo/FastInfoset/Converter.h"
 #include "Korvo/FastInfoset/FastInfosetParser.h"
-#include "DocumentEvents.h"
 #include "XMLInput.h"
+#include "support/ConversionTesting.h"
 #include "support/ExceptionMatchers.h"
 #include "support/SaxRecorder.h"
 #include "Poco/SAX/SAXParser.h"
@@ -28,12 +28,12 @@
 #include <algorithm>
 #include <cctype>
 #include <filesystem>
-#include <fstream>
 #include <map>
 #include <sstream>
 
 using namespace Korvo::FastInfoset;
 using Korvo::FastInfoset::Tool::DocumentEvents;
+using namespace Tests;
 namespace fs = std::filesystem;
 
 
@@ -70,50 +70,11 @@ std::vector<std::string> fixtureNames()
 }
 
 
-std::string readFile(const fs::path& path)
-{
-	std::ifstream input(path, std::ios::binary);
-	std::ostringstream content;
-	content << input.rdbuf();
-	return content.str();
-}
-
-
 DocumentEvents::Options withoutDoctype()
 {
 	DocumentEvents::Options options;
 	options.recordDoctype = false;
 	return options;
-}
-
-
-std::vector<std::string> events(const std::string& document, bool isXML, const DocumentEvents::Options& options = withoutDoctype())
-{
-	DocumentEvents record(options);
-	std::istringstream input(document);
-	if (isXML)
-		record.readXML(input);
-	else
-		record.readFastInfoset(input);
-	return record.lines();
-}
-
-
-std::string toXML(const std::string& fis, int options = Converter::CONV_WRITE_XML_DECLARATION)
-{
-	std::istringstream input(fis);
-	std::ostringstream converted;
-	Converter::convertToXML(input, converted, options);
-	return converted.str();
-}
-
-
-std::string toFIS(const std::string& xml)
-{
-	std::istringstream input(xml);
-	std::ostringstream converted;
-	Converter::convertToFIS(input, converted);
-	return converted.str();
 }
 
 
@@ -188,13 +149,13 @@ protected:
 
 TEST_P(PeerDocumentsTest, FastInfosetSaysWhatTheXMLSays)
 {
-	const std::vector<std::string> parsed = events(fis, false);
+	const std::vector<std::string> parsed = fisEvents(fis, withoutDoctype());
 	ASSERT_FALSE(parsed.empty());
 	// The XML converted from it reads back the same.
-	EXPECT_EQ(parsed, events(toXML(fis), true));
+	EXPECT_EQ(parsed, xmlEvents(toXML(fis), withoutDoctype()));
 	if (refusal.empty())
 	{
-		EXPECT_EQ(events(xml, true), parsed);
+		EXPECT_EQ(xmlEvents(xml, withoutDoctype()), parsed);
 	}
 }
 
@@ -207,11 +168,10 @@ TEST_P(PeerDocumentsTest, XMLConvertsToTheSameEvents)
 		return;
 	}
 	const std::string converted = toFIS(xml);
-	EXPECT_EQ(events(fis, false), events(converted, false));
+	EXPECT_EQ(fisEvents(fis, withoutDoctype()), fisEvents(converted, withoutDoctype()));
 
 	// And back, with the document type declaration and its name.
-	DocumentEvents::Options options;
-	EXPECT_EQ(events(xml, true, options), events(toXML(converted), true, options));
+	EXPECT_EQ(xmlEvents(xml), xmlEvents(toXML(converted)));
 }
 
 

@@ -10,8 +10,8 @@
 
 #include "Korvo/FastInfoset/Converter.h"
 #include "Korvo/FastInfoset/FISException.h"
-#include "DocumentEvents.h"
 #include "InputEncodings.h"
+#include "support/ConversionTesting.h"
 #include "support/ExceptionMatchers.h"
 #include "Poco/SAX/SAXException.h"
 #include <gtest/gtest.h>
@@ -19,54 +19,14 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
-#include <fstream>
 #include <memory>
-#include <sstream>
 
 using namespace Korvo::FastInfoset;
 using Korvo::FastInfoset::Tool::DocumentEvents;
+using namespace Tests;
 
 
 namespace {
-
-
-std::string readFile(const std::string& path)
-{
-	std::ifstream input(path, std::ios::binary);
-	std::ostringstream content;
-	content << input.rdbuf();
-	return content.str();
-}
-
-
-std::string toFIS(const std::string& xml, int options = 0)
-{
-	std::istringstream input(xml);
-	std::ostringstream output;
-	Converter::convertToFIS(input, output, 16, options);
-	return output.str();
-}
-
-
-std::string toXML(const std::string& fis)
-{
-	std::istringstream input(fis);
-	std::ostringstream output;
-	Converter::convertToXML(input, output, Converter::CONV_WRITE_XML_DECLARATION);
-	return output.str();
-}
-
-
-std::vector<std::string> events(const std::string& document, bool isXML, DocumentEvents::Options options = DocumentEvents::Options())
-{
-	DocumentEvents record(options);
-	std::istringstream input(document);
-	if (isXML)
-		record.readXML(input);
-	else
-		record.readFastInfoset(input);
-	return record.lines();
-}
 
 
 class RealWorldDocumentTest: public ::testing::TestWithParam<const char*>
@@ -84,16 +44,16 @@ TEST_P(RealWorldDocumentTest, SurvivesBothDirections)
 	{
 		DocumentEvents::Options compared;
 		compared.dropWhitespaceText = options != 0;
-		const std::string fis = toFIS(xml, options);
+		const std::string fis = toFIS(xml, 16, options);
 		// The Fast Infoset form keeps no document type name.
 		DocumentEvents::Options unnamed = compared;
 		unnamed.recordDoctypeName = false;
-		EXPECT_EQ(events(xml, true, unnamed), events(fis, false, unnamed)) << "options " << options;
+		EXPECT_EQ(xmlEvents(xml, unnamed), fisEvents(fis, unnamed)) << "options " << options;
 
 		// The XML written back keeps every element's and attribute's prefix.
 		compared.recordPrefixes = true;
 		const std::string back = toXML(fis);
-		EXPECT_EQ(events(xml, true, compared), events(back, true, compared)) << back;
+		EXPECT_EQ(xmlEvents(xml, compared), xmlEvents(back, compared)) << back;
 	}
 }
 
@@ -163,8 +123,8 @@ TEST(RealWorldTest, EveryKindOfEncodingIsRead)
 		try
 		{
 			const std::string fis = toFIS(xml);
-			EXPECT_EQ(expected, events(fis, false)) << c.file;
-			EXPECT_EQ(expected, events(toXML(fis), true)) << c.file;
+			EXPECT_EQ(expected, fisEvents(fis)) << c.file;
+			EXPECT_EQ(expected, xmlEvents(toXML(fis))) << c.file;
 		}
 		catch (const Korvo::Exception& exc)
 		{
@@ -196,7 +156,7 @@ TEST(RealWorldTest, EncodingFaultsSayWhatAndWhere)
 	for (const auto& c: cases)
 	{
 		EXPECT_THROW_MESSAGE(toFIS(c.xml), Korvo::XML::SAXParseException, c.message);
-		EXPECT_THROW_MESSAGE(toFIS(c.xml, Converter::CONV_REMOVE_IGNORABLE_WHITESPACE), Korvo::XML::SAXParseException, c.message);
+		EXPECT_THROW_MESSAGE(toFIS(c.xml, 16, Converter::CONV_REMOVE_IGNORABLE_WHITESPACE), Korvo::XML::SAXParseException, c.message);
 	}
 }
 

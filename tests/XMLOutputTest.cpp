@@ -6,11 +6,10 @@
 // exception it throws) for text, comments, instructions and declarations.
 //
 
-#include "Korvo/FastInfoset/Converter.h"
 #include "Korvo/FastInfoset/FastInfosetWriter.h"
 #include "Korvo/FastInfoset/FISException.h"
-#include "DocumentEvents.h"
 #include "NamespaceScope.h"
+#include "support/ConversionTesting.h"
 #include "support/ExceptionMatchers.h"
 #include <gtest/gtest.h>
 #include <functional>
@@ -57,18 +56,6 @@ std::string start(NamespaceScope& scope, const Element& element)
 }
 
 
-std::string toXML(const std::function<void (FastInfosetWriter&)>& drive)
-{
-	std::ostringstream fis;
-	FastInfosetWriter writer(fis, false, DocumentVocabulary::VOC_MAP);
-	drive(writer);
-	std::istringstream input(fis.str());
-	std::ostringstream xml;
-	Converter::convertToXML(input, xml, 0);
-	return xml.str();
-}
-
-
 void text(FastInfosetWriter& writer, const std::string& characters)
 {
 	writer.characters(characters.data(), 0, static_cast<int>(characters.size()));
@@ -81,11 +68,23 @@ void comment(FastInfosetWriter& writer, const std::string& characters)
 }
 
 
-void element(FastInfosetWriter& writer, const std::function<void (FastInfosetWriter&)>& content)
+using Drive = std::function<void (FastInfosetWriter&)>;
+
+
+std::string xmlOf(const Drive& content, const Drive& declare = Drive(), const Drive& prolog = Drive())
+	/// The XML written for a document of one element "r" with content, the
+	/// header declarations and the prolog before it.
 {
+	std::ostringstream fis;
+	FastInfosetWriter writer(fis, false, DocumentVocabulary::VOC_MAP);
+	if (declare) declare(writer);
+	writer.startDocument();
+	if (prolog) prolog(writer);
 	writer.startElement("", "r", "r", AttributesImpl());
 	content(writer);
 	writer.endElement("", "r", "r");
+	writer.endDocument();
+	return Tests::toXML(fis.str(), 0);
 }
 
 
@@ -157,7 +156,7 @@ TEST(XMLOutputTest, NamesXMLCannotWriteThrow)
 
 TEST(XMLOutputTest, ContentIsWrittenSoThatItReadsBack)
 {
-	struct Case { const char* what; std::function<void (FastInfosetWriter&)> content; const char* expected; };
+	struct Case { const char* what; Drive content; const char* expected; };
 	const Case cases[] =
 	{
 		{"carriage returns", [](FastInfosetWriter& w) { text(w, "a\rb\r\nc"); }, "<r>a&#13;b&#13;\nc</r>"},
@@ -166,15 +165,14 @@ TEST(XMLOutputTest, ContentIsWrittenSoThatItReadsBack)
 	};
 	for (const auto& c: cases)
 	{
-		const std::string xml = toXML([&](FastInfosetWriter& w) { w.startDocument(); element(w, c.content); w.endDocument(); });
-		EXPECT_EQ(c.expected, xml) << c.what;
+		EXPECT_EQ(c.expected, xmlOf(c.content)) << c.what;
 	}
 }
 
 
 TEST(XMLOutputTest, ContentXMLCannotHoldThrows)
 {
-	struct Case { std::function<void (FastInfosetWriter&)> content; const char* message; };
+	struct Case { Drive content; const char* message; };
 	const Case cases[] =
 	{
 		{[](FastInfosetWriter& w) { text(w, "a\x01"); }, "Character U+0001 cannot be written in XML 1.0"},
@@ -187,16 +185,16 @@ TEST(XMLOutputTest, ContentXMLCannotHoldThrows)
 		{[](FastInfosetWriter& w) { w.processingInstruction("t", "a?>b"); }, "Processing instruction data \"a?>b\" cannot be written in XML"},
 	};
 	for (const auto& c: cases)
-		EXPECT_THROW_MESSAGE(toXML([&](FastInfosetWriter& w) { w.startDocument(); element(w, c.content); w.endDocument(); }), FISEncodingException, c.message);
+		EXPECT_THROW_MESSAGE(xmlOf(c.content), FISEncodingException, c.message);
 
-	EXPECT_THROW_MESSAGE(toXML([](FastInfosetWriter& w) { w.startDocument(); text(w, "x"); element(w, [](FastInfosetWriter&) {}); w.endDocument(); }),
+	EXPECT_THROW_MESSAGE(xmlOf([](FastInfosetWriter&) {}, Drive(), [](FastInfosetWriter& w) { text(w, "x"); }),
 		FISEncodingException, "Text outside the root element cannot be written in XML");
 }
 
 
 TEST(XMLOutputTest, DeclarationsGoIntoTheInternalSubset)
 {
-	struct Case { const char* what; std::function<void (FastInfosetWriter&)> declare; const char* expected; };
+	struct Case { const char* what; Drive declare; const char* expected; };
 	const Korvo::XML::XMLString publicId("-//K//N"), systemId("n.exe"), quoted("say \"n\"");
 	const Case cases[] =
 	{
@@ -209,14 +207,12 @@ TEST(XMLOutputTest, DeclarationsGoIntoTheInternalSubset)
 	};
 	for (const auto& c: cases)
 	{
-		const std::string xml = toXML([&](FastInfosetWriter& w) { c.declare(w); w.startDocument(); element(w, [](FastInfosetWriter&) {}); w.endDocument(); });
+		const std::string xml = xmlOf([](FastInfosetWriter&) {}, c.declare);
 		EXPECT_EQ(c.expected, xml) << c.what;
-		std::istringstream input(xml);
-		Tool::DocumentEvents events;
-		EXPECT_NO_THROW(events.readXML(input)) << xml;
+		EXPECT_NO_THROW(Tests::xmlEvents(xml)) << xml;
 	}
 
 	const Korvo::XML::XMLString badPublicId("{}");
-	EXPECT_THROW_MESSAGE(toXML([&](FastInfosetWriter& w) { w.notationDecl("n", &badPublicId, nullptr); w.startDocument(); element(w, [](FastInfosetWriter&) {}); w.endDocument(); }),
+	EXPECT_THROW_MESSAGE(xmlOf([](FastInfosetWriter&) {}, [&](FastInfosetWriter& w) { w.notationDecl("n", &badPublicId, nullptr); }),
 		FISEncodingException, "Public identifier \"{}\" cannot be written in XML");
 }
