@@ -48,15 +48,23 @@ public:
 		/// XML declaration, to output. Attribute values and text chunks of at
 		/// most maxIndexedStringLength octets are indexed (negative: all).
 		/// Any option sharing a bit with CONV_REMOVE_IGNORABLE_WHITESPACE
-		/// drops whitespace-only text. XML syntax errors throw the toolkit's
-		/// SAXParseException.
+		/// drops whitespace-only text. The XML may be in any encoding that
+		/// the toolkit's parser, the platform or the C library's iconv
+		/// decodes exactly. Notations and unparsed entities go into the
+		/// header, comments of the internal subset after the document type
+		/// declaration. XML syntax errors, unknown encodings and octets not
+		/// valid in the encoding throw the toolkit's SAXParseException, with
+		/// line and column.
 
 	static void convertToXML(std::istream& input, std::ostream& output, int options = CONV_WRITE_XML_DECLARATION);
 		/// Reads a Fast Infoset document from input and writes XML text to
 		/// output, with an XML declaration and indentation as options say.
 		/// A document type declaration is written with the root element's
-		/// qualified name (the Fast Infoset form keeps none), processing
-		/// instructions inside it as its internal subset. Faults of the
+		/// qualified name (the Fast Infoset form keeps none), notations,
+		/// unparsed entities and processing instructions inside it as its
+		/// internal subset. Elements and attributes keep their prefixes, and
+		/// the XML is always well-formed: what XML cannot express (such as
+		/// U+0001) throws FISEncodingException naming it. Faults of the
 		/// document throw FISException and its subclasses.
 };
 
