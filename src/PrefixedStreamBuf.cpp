@@ -33,9 +33,13 @@ PrefixedStreamBuf::PrefixedStreamBuf(std::istream& input, std::size_t headSize):
 bool PrefixedStreamBuf::rewind()
 {
 	if (_start == std::streampos(-1)) return false;
+	const std::ios::iostate state = _input.rdstate();
 	_input.clear();
 	_input.seekg(_start);
-	return !_input.fail();
+	if (!_input.fail()) return true;
+	// Read on through this buffer, as if no seek had been tried.
+	_input.clear(state);
+	return false;
 }
 
 

@@ -134,6 +134,39 @@ TEST(RealWorldTest, EveryKindOfEncodingIsRead)
 }
 
 
+TEST(RealWorldTest, StreamsThatCannotSeekAreReadAlike)
+{
+	// The start of the text is looked at before the parser reads it: a
+	// stream that cannot seek back gives it again from a buffer.
+	struct UnseekableBuffer: std::streambuf
+	{
+		explicit UnseekableBuffer(std::string& text)
+		{
+			setg(&text[0], &text[0], &text[0] + text.size());
+		}
+	};
+	struct Case { const char* declaration; const char* element; };
+	const Case cases[] =
+	{
+		{"", "<t>\xe6\x97\xa5\xe6\x9c\xac</t>"},
+		{"<?xml version='1.0' encoding='EUC-JP'?>", "<t>\xc6\xfc\xcb\xdc</t>"},
+		{"<?xml version='1.0' encoding='ISO-8859-7'?>", "<t>\xc5\xeb</t>"},
+	};
+	for (const auto& c: cases)
+	{
+		std::string xml = std::string(c.declaration) + "<r>";
+		for (int i = 0; i < 500; ++i) xml += c.element;
+		xml += "</r>";
+		UnseekableBuffer buffer(xml);
+		std::istream input(&buffer);
+		ASSERT_EQ(-1, input.tellg());
+		std::ostringstream output;
+		Converter::convertToFIS(input, output);
+		EXPECT_EQ(toFIS(xml), output.str()) << c.declaration;
+	}
+}
+
+
 TEST(RealWorldTest, EncodingFaultsSayWhatAndWhere)
 {
 	struct Case { const char* xml; const char* message; };
