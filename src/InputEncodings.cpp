@@ -144,7 +144,7 @@ const std::vector<InputEncodings::PlatformEntry>& InputEncodings::platformEntrie
 		{"windows-874|cp874|x-windows-874", "CP874", create<Korvo::Windows874Encoding>},
 		{"windows-932|cp932|MS932|Windows-31J|csWindows31J", "CP932", create<Korvo::Windows932Encoding>},
 		{"windows-936|cp936|MS936", "CP936", create<Korvo::Windows936Encoding>},
-		{"windows-949|cp949|MS949|UHC", "CP949", create<Korvo::Windows949Encoding>}
+		{"windows-949|cp949|MS949|UHC|ks_c_5601-1987", "CP949", create<Korvo::Windows949Encoding>}
 	};
 	return ENTRIES;
 }

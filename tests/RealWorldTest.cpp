@@ -207,6 +207,7 @@ TEST(RealWorldTest, EachEncodingHasItsDecoder)
 		{"windows-31j", InputEncodings::PLATFORM, "windows-932"},
 		{"cp936", InputEncodings::PLATFORM, "windows-936"},
 		{"UHC", InputEncodings::PLATFORM, "windows-949"},
+		{"ks_c_5601-1987", InputEncodings::PLATFORM, "windows-949"},
 		// the platform has tables under these names that decode otherwise
 		{"Shift_JIS", InputEncodings::ICONV, "Shift_JIS"},
 		{"GB2312", InputEncodings::ICONV, "GB2312"},
