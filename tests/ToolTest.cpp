@@ -330,14 +330,19 @@ TEST_F(ToolTest, InspectCountsTheDocument)
 }
 
 
-TEST_F(ToolTest, RoundTripOfTheBundledSamples)
+TEST_F(ToolTest, RoundTripOfTheBundledSamplesAndTestDocuments)
 {
-	std::vector<std::string> samples;
-	Poco::File(KORVO_SOURCE_DIR "/samples").list(samples);
+	// The test documents: every kind of encoding, prefixes, characters kept
+	// as references, notations and unparsed entities, the internal subset.
 	std::vector<std::string> arguments{"roundtrip"};
-	for (const auto& name: samples)
-		if (Poco::Path(name).getExtension() == "xml") arguments.push_back(KORVO_SOURCE_DIR "/samples/" + name);
-	ASSERT_GT(arguments.size(), 5u);
+	for (const std::string directory: {"/samples/", "/tests/data/realworld/", "/tests/data/encodings/"})
+	{
+		std::vector<std::string> names;
+		Poco::File(KORVO_SOURCE_DIR + directory).list(names);
+		for (const auto& name: names)
+			if (Poco::Path(name).getExtension() == "xml") arguments.push_back(KORVO_SOURCE_DIR + directory + name);
+	}
+	ASSERT_GT(arguments.size(), 25u);
 
 	const ToolRun run = runTool(arguments);
 	EXPECT_EQ(0, run.status) << run.out << run.err;

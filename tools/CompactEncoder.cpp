@@ -16,8 +16,9 @@
 #include "StringSurvey.h"
 #include "TextJoiner.h"
 #include "Korvo/FastInfoset/FastInfosetWriter.h"
+#include "PrologReorderer.h"
+#include "XMLInput.h"
 #include "Poco/MemoryStream.h"
-#include "Poco/SAX/InputSource.h"
 #include "Poco/SAX/SAXParser.h"
 #include "Poco/SAX/WhitespaceFilter.h"
 #include <iterator>
@@ -35,21 +36,29 @@ namespace Tool {
 namespace
 {
 	void parse(std::istream& input, bool stripWhitespace, Korvo::XML::ContentHandler* pContentHandler,
-	           Korvo::XML::LexicalHandler* pLexicalHandler, Korvo::XML::DTDHandler* pDTDHandler)
-		/// Parses as Converter::convertToFIS does, with the text of an
+	           Korvo::XML::LexicalHandler* pLexicalHandler, FastInfosetWriter* pWriter = nullptr)
+		/// Parses as Converter::convertToFIS does (any encoding; a writer
+		/// gets the declarations before the document), with the text of an
 		/// element joined.
 	{
 		Korvo::XML::SAXParser parser;
 		parser.setFeature(XMLReader::FEATURE_NAMESPACES, true);
 		parser.setFeature(XMLReader::FEATURE_NAMESPACE_PREFIXES, true);
+		XMLInput xmlInput(input, parser);
 		std::unique_ptr<Korvo::XML::WhitespaceFilter> pFilter;
 		if (stripWhitespace) pFilter.reset(new Korvo::XML::WhitespaceFilter(&parser));
 		TextJoiner joiner(pFilter ? static_cast<XMLReader*>(pFilter.get()) : &parser);
-		joiner.setContentHandler(pContentHandler);
-		joiner.setDTDHandler(pDTDHandler);
-		joiner.setProperty(XMLReader::PROPERTY_LEXICAL_HANDLER, static_cast<void*>(pLexicalHandler));
-		Korvo::XML::InputSource source(input);
-		joiner.parse(&source);
+		if (pWriter)
+		{
+			PrologReorderer reorderer(joiner, *pWriter);
+			xmlInput.parse(joiner);
+		}
+		else
+		{
+			joiner.setContentHandler(pContentHandler);
+			joiner.setProperty(XMLReader::PROPERTY_LEXICAL_HANDLER, static_cast<void*>(pLexicalHandler));
+			xmlInput.parse(joiner);
+		}
 	}
 }
 
@@ -88,7 +97,7 @@ void CompactEncoder::encode(std::istream& input, std::ostream& output)
 		if (input.seekg(start) && end != std::streampos(-1))
 		{
 			StringSurvey survey(static_cast<std::size_t>(end - start), _maxIndexedStringLength);
-			parse(input, _stripWhitespace, &survey, &survey, nullptr);
+			parse(input, _stripWhitespace, &survey, &survey);
 			input.clear();
 			input.seekg(start);
 			write(survey, input, output);
@@ -99,7 +108,7 @@ void CompactEncoder::encode(std::istream& input, std::ostream& output)
 	const std::string document((std::istreambuf_iterator<char>(input)), std::istreambuf_iterator<char>());
 	StringSurvey survey(document.size(), _maxIndexedStringLength);
 	Poco::MemoryInputStream first(document.data(), document.size());
-	parse(first, _stripWhitespace, &survey, &survey, nullptr);
+	parse(first, _stripWhitespace, &survey, &survey);
 	Poco::MemoryInputStream second(document.data(), document.size());
 	write(survey, second, output);
 }
@@ -116,7 +125,7 @@ void CompactEncoder::write(StringSurvey& survey, std::istream& input, std::ostre
 	FastInfosetWriter writer(output, false, vocabulary);
 	writer.setIndexingPolicy(&survey);
 	writer.setShortestLiterals(true);
-	parse(input, _stripWhitespace, &writer, &writer, &writer);
+	parse(input, _stripWhitespace, nullptr, nullptr, &writer);
 }
 
 
