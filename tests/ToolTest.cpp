@@ -127,7 +127,8 @@ TEST_F(ToolTest, HelpDescribesEveryCommand)
 	{
 		const ToolRun run = runTool({help});
 		EXPECT_EQ(0, run.status);
-		for (const char* word: {"encode", "decode", "inspect", "roundtrip", "--max-indexed-length", "--strip-whitespace", "--plain", "--pretty", "--output-directory", "--quiet", "Exit status"})
+		for (const char* word: {"encode", "decode", "inspect", "roundtrip", "vocabulary", "--max-indexed-length", "--strip-whitespace", "--plain", "--pretty",
+		                        "--output-directory", "--quiet", "--vocabulary-uri", "--max-value-length", "Exit status"})
 			EXPECT_NE(std::string::npos, run.out.find(word)) << word;
 	}
 }
@@ -150,6 +151,11 @@ TEST_F(ToolTest, WrongUsageExitsWithTwo)
 		{"decode", "-o", "out", "a.fi", "elsewhere/a.finf"},
 		{"inspect"},
 		{"roundtrip"},
+		{"vocabulary", "a.xml"},
+		{"vocabulary", "-o", "v.fi"},
+		{"encode", "--vocabulary-uri", "urn:v", "a.xml", "b.fi"},
+		{"encode", "--vocabulary", "v.fi", "--vocabulary", "w.fi", "a.xml", "b.fi"},
+		{"decode", "--vocabulary", "v.fi", "--vocabulary-uri", "u", "--vocabulary-uri", "w", "a.fi", "b.xml"},
 	};
 	for (const auto& usage: usages)
 	{
@@ -413,4 +419,122 @@ TEST_F(ToolTest, ConvertsManyFilesIntoADirectoryPastABadOne)
 	EXPECT_EQ(eventsOf(XML), eventsOf(readFile(path("xml/good.xml"))));
 	EXPECT_EQ(eventsOf(large), eventsOf(readFile(path("xml/large.xml"))));
 	EXPECT_FALSE(Poco::File(path("xml/junk.xml")).exists());
+}
+
+
+TEST_F(ToolTest, SharedVocabularyMakesMessagesSmallerAndKeepsThem)
+{
+	const std::string messages = KORVO_SOURCE_DIR "/../shared/fixtures/messages/";
+	if (!Poco::File(messages).exists()) GTEST_SKIP() << "no messages at " << messages;
+	const std::vector<std::string> names = {"atom-entry", "soap-order", "xmlrpc-call", "xmpp-message"};
+	std::vector<std::string> inputs;
+	for (const auto& name: names) inputs.push_back(messages + name + ".xml");
+
+	std::vector<std::string> learn = {"vocabulary", "-o", path("v.fi")};
+	learn.insert(learn.end(), inputs.begin(), inputs.end());
+	ASSERT_EQ(0, runTool(learn).status);
+	// A URI that the library can open by itself too.
+	const std::vector<std::string> vocabulary = {"--vocabulary", path("v.fi"), "--vocabulary-uri", path("v.fi")};
+
+	for (const std::string mode: {"compact", "plain"})
+	{
+		std::vector<std::string> encode = {"encode", "-q", "-o", path(mode)};
+		if (mode == "plain") encode.push_back("--plain");
+		std::vector<std::string> shared = encode;
+		shared[3] = path(mode + "-shared");
+		shared.insert(shared.end(), vocabulary.begin(), vocabulary.end());
+		encode.insert(encode.end(), inputs.begin(), inputs.end());
+		shared.insert(shared.end(), inputs.begin(), inputs.end());
+		ASSERT_EQ(0, runTool(encode).status);
+		ASSERT_EQ(0, runTool(shared).status);
+
+		std::vector<std::string> decode = {"decode", "-o", path(mode + "-xml")};
+		decode.insert(decode.end(), vocabulary.begin(), vocabulary.end());
+		for (const auto& name: names) decode.push_back(path(mode + "-shared/" + name + ".fi"));
+		const ToolRun decoded = runTool(decode);
+		ASSERT_EQ(0, decoded.status) << decoded.err;
+
+		for (std::size_t i = 0; i < names.size(); ++i)
+		{
+			const std::string document = path(mode + "-shared/" + names[i] + ".fi");
+			EXPECT_LT(readFile(document).size(), readFile(path(mode + "/" + names[i] + ".fi")).size()) << mode << " " << names[i];
+			const std::vector<std::string> expected = eventsOf(readFile(inputs[i]));
+			EXPECT_EQ(expected, eventsOf(readFile(path(mode + "-xml/" + names[i] + ".xml")))) << mode << " " << names[i];
+			// The library resolves the vocabulary itself to the same tables.
+			std::ifstream input(document, std::ios::binary);
+			std::ostringstream xml;
+			Converter::convertToXML(input, xml);
+			EXPECT_EQ(expected, eventsOf(xml.str())) << mode << " " << names[i];
+		}
+	}
+
+	// Standard input cannot go back once the vocabulary's URI has been read.
+	std::vector<std::string> piped = {"decode"};
+	piped.insert(piped.end(), vocabulary.begin(), vocabulary.end());
+	piped.insert(piped.end(), {"-", "-"});
+	const ToolRun run = runTool(piped, readFile(path("compact-shared/soap-order.fi")));
+	ASSERT_EQ(0, run.status) << run.err;
+	EXPECT_EQ(eventsOf(readFile(inputs[1])), eventsOf(run.out));
+}
+
+
+TEST_F(ToolTest, VocabularyHoldsNamesAndValuesThatRepeat)
+{
+	const std::string first = write("a.xml", "<p:r xmlns:p='urn:p' a='v'><i>x</i><i>x</i><i>y</i><?t d?></p:r>");
+	const std::string second = write("b.xml", "<r a='v' b='w'>x</r>");
+	ASSERT_EQ(0, runTool({"vocabulary", "-o", path("v.fi"), first, second}).status);
+
+	const ToolRun inspected = runTool({"inspect", path("v.fi")});
+	ASSERT_EQ(0, inspected.status) << inspected.err;
+	for (const char* line: {
+		"prefixes                  1\n", "namespace names           1\n", "local names               4\n",
+		"other NCNames             1\n", "attribute values          1\n", "character chunks          1\n",
+		"element names             3\n", "attribute names           2\n",
+		"element names                1         0         1"})
+		EXPECT_NE(std::string::npos, inspected.out.find(line)) << line << "\n" << inspected.out;
+	// The file reads as the root element of the first sample.
+	const ToolRun decoded = runTool({"decode", "-n", path("v.fi"), "-"});
+	EXPECT_EQ("<p:r xmlns:p=\"urn:p\"/>", decoded.out) << decoded.err;
+
+	const ToolRun failed = runTool({"vocabulary", "-o", path("w.fi"), first, write("bad.xml", "<r>")});
+	EXPECT_EQ(1, failed.status);
+	EXPECT_NE(std::string::npos, failed.err.find(path("bad.xml") + ": SAXParseException")) << failed.err;
+	EXPECT_FALSE(Poco::File(path("w.fi")).exists());
+}
+
+
+TEST_F(ToolTest, DocumentNamingAVocabularyNotGivenFailsWithItsURI)
+{
+	// Learnt twice, each value repeats: the document then writes every
+	// name and value by index, even those that it holds once.
+	const std::string xml = write("doc.xml", "<r a='qqq'><i>xx</i><i>yy</i></r>");
+	ASSERT_EQ(0, runTool({"vocabulary", "-o", path("v.fi"), xml, xml}).status);
+	ASSERT_EQ(0, runTool({"encode", "--vocabulary", path("v.fi"), "--vocabulary-uri", "urn:example:v", xml, path("doc.fi")}).status);
+	for (const char* value: {"qqq", "xx", "yy"}) EXPECT_EQ(std::string::npos, readFile(path("doc.fi")).find(value)) << value;
+
+	const ToolRun inspected = runTool({"inspect", "--vocabulary", path("v.fi"), "--vocabulary-uri", "urn:example:v", path("doc.fi")});
+	ASSERT_EQ(0, inspected.status) << inspected.err;
+	EXPECT_NE(std::string::npos, inspected.out.find("external vocabulary       urn:example:v\n")) << inspected.out;
+	EXPECT_NE(std::string::npos, inspected.out.find("element names                3         0         3")) << inspected.out;
+
+	const std::string message = "Vocabulary error: the document names the vocabulary urn:example:v, which was not given";
+	const std::vector<std::vector<std::string>> runs =
+	{
+		{"decode", path("doc.fi"), path("back.xml")},
+		{"decode", "--vocabulary", path("v.fi"), path("doc.fi"), path("back.xml")}, // named v.fi
+		{"decode", "-", path("back.xml")},
+		{"inspect", path("doc.fi")},
+	};
+	for (const auto& arguments: runs)
+	{
+		const ToolRun run = runTool(arguments, readFile(path("doc.fi")));
+		EXPECT_EQ(1, run.status) << arguments[1];
+		EXPECT_NE(std::string::npos, run.err.find(message)) << run.err;
+		EXPECT_FALSE(Poco::File(path("back.xml")).exists());
+	}
+	EXPECT_NE(std::string::npos, runTool({"inspect", path("doc.fi")}).out.find("external vocabulary       urn:example:v\n"));
+
+	const ToolRun unreadable = runTool({"decode", "--vocabulary", xml, path("doc.fi"), path("back.xml")});
+	EXPECT_EQ(1, unreadable.status);
+	EXPECT_NE(std::string::npos, unreadable.err.find("Vocabulary error: cannot read " + xml + ": FastInfoset Exception")) << unreadable.err;
 }

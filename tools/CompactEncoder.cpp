@@ -13,6 +13,7 @@
 
 #include "CompactEncoder.h"
 #include "AlphabetChooser.h"
+#include "SharedVocabulary.h"
 #include "StringSurvey.h"
 #include "TextJoiner.h"
 #include "Korvo/FastInfoset/FastInfosetWriter.h"
@@ -65,7 +66,8 @@ namespace
 
 CompactEncoder::CompactEncoder():
 	_maxIndexedStringLength(-1),
-	_stripWhitespace(false)
+	_stripWhitespace(false),
+	_pSharedVocabulary(nullptr)
 {
 }
 
@@ -82,9 +84,21 @@ void CompactEncoder::setStripWhitespace(bool flag)
 }
 
 
+void CompactEncoder::setSharedVocabulary(const SharedVocabulary* pVocabulary)
+{
+	_pSharedVocabulary = pVocabulary;
+}
+
+
 const std::vector<std::string>& CompactEncoder::alphabets() const
 {
 	return _alphabets;
+}
+
+
+void CompactEncoder::read(std::istream& input, Korvo::XML::ContentHandler* pContentHandler, Korvo::XML::LexicalHandler* pLexicalHandler)
+{
+	parse(input, false, pContentHandler, pLexicalHandler);
 }
 
 
@@ -120,9 +134,10 @@ void CompactEncoder::write(StringSurvey& survey, std::istream& input, std::ostre
 	for (const StringSurvey::Literal& literal: survey.sample()) chooser.add(literal.value, literal.table);
 	_alphabets = chooser.choose();
 
-	DocumentVocabulary vocabulary(DocumentVocabulary::VOC_MAP);
-	for (const std::string& alphabet: _alphabets) vocabulary.restrictedAlphabets().add(alphabet);
-	FastInfosetWriter writer(output, false, vocabulary);
+	FastInfosetWriter writer(output, false, DocumentVocabulary::VOC_MAP);
+	if (_pSharedVocabulary) _pSharedVocabulary->useIn(writer);
+	for (const std::string& alphabet: _alphabets) writer.getDocumentVocabulary().restrictedAlphabets().add(alphabet);
+	survey.setSharedVocabulary(_pSharedVocabulary);
 	writer.setIndexingPolicy(&survey);
 	writer.setShortestLiterals(true);
 	parse(input, _stripWhitespace, nullptr, nullptr, &writer);

@@ -29,6 +29,7 @@ namespace FastInfoset {
 namespace Tool {
 
 
+class SharedVocabulary;
 class StringSurvey;
 
 
@@ -57,11 +58,20 @@ public:
 		/// Drops whitespace-only text, as Converter's
 		/// CONV_REMOVE_IGNORABLE_WHITESPACE does.
 
+	void setSharedVocabulary(const SharedVocabulary* pVocabulary);
+		/// Documents name pVocabulary (unless null, the default) and write
+		/// the names and values that it holds by index, whatever their length
+		/// and however often they occur. The vocabulary is borrowed.
+
 	void encode(std::istream& input, std::ostream& output);
 		/// Throws what the XML parser and the writer throw.
 
 	const std::vector<std::string>& alphabets() const;
 		/// The alphabets of the last document encoded.
+
+	static void read(std::istream& input, Korvo::XML::ContentHandler* pContentHandler, Korvo::XML::LexicalHandler* pLexicalHandler);
+		/// Parses XML as the encoder does (see Converter::convertToFIS), the
+		/// text of an element joined into one characters() call.
 
 private:
 	void write(StringSurvey& survey, std::istream& input, std::ostream& output);
@@ -69,6 +79,7 @@ private:
 
 	int _maxIndexedStringLength;
 	bool _stripWhitespace;
+	const SharedVocabulary* _pSharedVocabulary;
 	std::vector<std::string> _alphabets;
 };
 

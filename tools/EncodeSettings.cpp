@@ -13,7 +13,12 @@
 
 #include "Tool.h"
 #include "CompactEncoder.h"
+#include "SharedVocabulary.h"
 #include "Korvo/FastInfoset/Converter.h"
+#include "Korvo/FastInfoset/FastInfosetWriter.h"
+#include "Poco/SAX/InputSource.h"
+#include "Poco/SAX/SAXParser.h"
+#include "Poco/SAX/WhitespaceFilter.h"
 #include <limits>
 
 
@@ -22,13 +27,59 @@ namespace FastInfoset {
 namespace Tool {
 
 
+namespace
+{
+	class SharedOrShortValues: public StringIndexingPolicy
+		/// Indexes what the shared vocabulary holds, and the values of at
+		/// most a length besides (any length when it is negative).
+	{
+	public:
+		SharedOrShortValues(const SharedVocabulary& vocabulary, int maxLength):
+			_vocabulary(vocabulary),
+			_maxLength(maxLength)
+		{
+		}
+
+		bool isIndexed(DocumentVocabulary::ID table, const std::string& value) override
+		{
+			return _maxLength < 0 || value.size() <= static_cast<std::size_t>(_maxLength) || _vocabulary.holds(table, value);
+		}
+
+	private:
+		const SharedVocabulary& _vocabulary;
+		int _maxLength;
+	};
+
+	void encodePlain(std::istream& input, std::ostream& output, int maxIndexedStringLength, bool stripWhitespace, const SharedVocabulary& vocabulary)
+		/// Converter::convertToFIS() with a shared vocabulary.
+	{
+		FastInfosetWriter writer(output, false, DocumentVocabulary::VOC_MAP);
+		vocabulary.useIn(writer);
+		SharedOrShortValues policy(vocabulary, maxIndexedStringLength);
+		writer.setIndexingPolicy(&policy);
+
+		Korvo::XML::SAXParser parser;
+		parser.setFeature(Korvo::XML::XMLReader::FEATURE_NAMESPACES, true);
+		parser.setFeature(Korvo::XML::XMLReader::FEATURE_NAMESPACE_PREFIXES, true);
+		Korvo::XML::WhitespaceFilter filter(&parser);
+		Korvo::XML::XMLReader& reader = stripWhitespace ? static_cast<Korvo::XML::XMLReader&>(filter) : parser;
+		reader.setContentHandler(&writer);
+		reader.setDTDHandler(&writer);
+		reader.setProperty(Korvo::XML::XMLReader::PROPERTY_LEXICAL_HANDLER, static_cast<Korvo::XML::LexicalHandler*>(&writer));
+		Korvo::XML::InputSource source(input);
+		reader.parse(&source);
+	}
+}
+
+
 const int EncodeSettings::NOT_GIVEN = std::numeric_limits<int>::min();
 
 
 EncodeSettings::EncodeSettings():
 	maxIndexedStringLength(NOT_GIVEN),
 	stripWhitespace(false),
-	plain(false)
+	plain(false),
+	pVocabulary(nullptr)
 {
 }
 
@@ -48,13 +99,17 @@ void encodeXML(std::istream& input, std::ostream& output, const EncodeSettings& 
 	if (settings.plain)
 	{
 		const int length = settings.maxIndexedStringLength == EncodeSettings::NOT_GIVEN ? 16 : settings.maxIndexedStringLength;
-		Converter::convertToFIS(input, output, length, settings.stripWhitespace ? Converter::CONV_REMOVE_IGNORABLE_WHITESPACE : 0);
+		if (settings.pVocabulary)
+			encodePlain(input, output, length, settings.stripWhitespace, *settings.pVocabulary);
+		else
+			Converter::convertToFIS(input, output, length, settings.stripWhitespace ? Converter::CONV_REMOVE_IGNORABLE_WHITESPACE : 0);
 	}
 	else
 	{
 		CompactEncoder encoder;
 		if (settings.maxIndexedStringLength != EncodeSettings::NOT_GIVEN) encoder.setMaxIndexedStringLength(settings.maxIndexedStringLength);
 		encoder.setStripWhitespace(settings.stripWhitespace);
+		encoder.setSharedVocabulary(settings.pVocabulary);
 		encoder.encode(input, output);
 	}
 }

@@ -15,6 +15,8 @@
 
 
 #include "Tool.h"
+#include "VocabularyFile.h"
+#include "VocabularyOptions.h"
 #include "Korvo/FastInfoset/Converter.h"
 #include "Korvo/FastInfoset/FastInfosetParser.h"
 #include "Korvo/FastInfoset/FISContentHandler.h"
@@ -24,6 +26,7 @@
 #include "Poco/MemoryStream.h"
 #include "Poco/SAX/InputSource.h"
 #include <iomanip>
+#include <memory>
 #include <sstream>
 
 
@@ -67,7 +70,6 @@ namespace
 		}
 
 		const Counts& counts() const { return _counts; }
-		const std::string& externalVocabularyURI() const { return _externalVocabularyURI; }
 
 		// ContentHandler
 		void setDocumentLocator(const Korvo::XML::Locator*) override {}
@@ -144,7 +146,7 @@ namespace
 		DocumentVocabulary& getDocumentVocabulary() override { return _headerVocabulary; }
 		const DocumentVocabulary& getDocumentVocabulary() const override { return _headerVocabulary; }
 		void setWriteXMLDeclaration(bool) override {}
-		void setExternalVocabulary(const XMLString& uri, const DocumentVocabulary&) override { _externalVocabularyURI = uri; }
+		void setExternalVocabulary(const XMLString&, const DocumentVocabulary&) override {}
 
 	private:
 		enum ValueKind { NO_VALUE, BINARY, SHORT, INT, LONG, BOOLEAN, FLOAT, DOUBLE, UUID };
@@ -165,7 +167,6 @@ namespace
 		std::size_t _depth = 0;
 		ValueKind _lastKind = NO_VALUE;
 		DocumentVocabulary _headerVocabulary;
-		std::string _externalVocabularyURI;
 	};
 
 
@@ -239,7 +240,10 @@ namespace
 	};
 
 
-	void printHeader(std::ostream& out, const Header& header, const Census& census, const DocumentVocabulary& fresh)
+	void printHeader(std::ostream& out, const Header& header, const std::string& externalVocabulary, const DocumentVocabulary* pInitial, const DocumentVocabulary& before)
+		/// The flags, and what the initial vocabulary adds to the tables
+		/// before it (a fresh vocabulary or the external one): all but the
+		/// external vocabulary's URI only when pInitial is given.
 	{
 		out << "header\n"
 		    << "  XML declaration           " << (header.xmlDeclaration.empty() ? std::string("none") : header.xmlDeclaration) << "\n"
@@ -252,17 +256,17 @@ namespace
 		    << "  version                   " << yesNo(header.flags & 0x01) << "\n";
 
 		if (!(header.flags & 0x20)) return;
-		const DocumentVocabulary& initial = census.getDocumentVocabulary();
 		out << "initial vocabulary\n";
-		if (!census.externalVocabularyURI().empty())
-			out << "  external vocabulary       " << census.externalVocabularyURI() << "\n";
-		const std::size_t alphabets = initial.restrictedAlphabets().alphabets().size();
-		const std::size_t builtInAlphabets = fresh.restrictedAlphabets().alphabets().size();
-		if (alphabets > builtInAlphabets)
-			out << "  restricted alphabets      " << alphabets - builtInAlphabets << "\n";
+		if (!externalVocabulary.empty())
+			out << "  external vocabulary       " << externalVocabulary << "\n";
+		if (!pInitial) return;
+		const std::size_t alphabets = pInitial->restrictedAlphabets().alphabets().size();
+		const std::size_t alphabetsBefore = before.restrictedAlphabets().alphabets().size();
+		if (alphabets > alphabetsBefore)
+			out << "  restricted alphabets      " << alphabets - alphabetsBefore << "\n";
 		for (const auto& table: TABLES)
 		{
-			const unsigned int entries = added(initial, fresh, table.id);
+			const unsigned int entries = added(*pInitial, before, table.id);
 			if (entries > 0) out << "  " << std::left << std::setw(26) << table.name << std::right << entries << "\n";
 		}
 	}
@@ -306,18 +310,18 @@ namespace
 	}
 
 
-	std::streamsize xmlSize(const std::string& document)
+	std::streamsize xmlSize(const std::string& document, const VocabularyOptions& vocabularies)
 	{
 		std::istringstream input(document);
 		Korvo::CountingOutputStream counter;
-		Converter::convertToXML(input, counter, Converter::CONV_WRITE_XML_DECLARATION);
+		vocabularies.decode(input, counter, Converter::CONV_WRITE_XML_DECLARATION);
 		return counter.chars();
 	}
 
 
-	void printSizes(std::ostream& out, const std::string& document, const Census::Counts& counts)
+	void printSizes(std::ostream& out, const std::string& document, const Census::Counts& counts, const VocabularyOptions& vocabularies)
 	{
-		const std::streamsize asXML = xmlSize(document);
+		const std::streamsize asXML = xmlSize(document, vocabularies);
 		out << "sizes\n"
 		    << "  document                  " << document.size() << " octets\n"
 		    << "  text                      " << counts.textOctets << " octets\n"
@@ -333,39 +337,60 @@ namespace
 
 int inspectCommand(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& err)
 {
+	VocabularyOptions vocabularies(true);
 	std::vector<std::string> operands;
 	ArgumentReader reader("inspect", arguments);
 	while (reader.next())
 	{
+		if (vocabularies.readOption(reader)) continue;
 		if (reader.isOption()) reader.unknownOption();
 		operands.push_back(reader.current());
 	}
 	if (operands.size() != 1) throw UsageException("inspect: expects one INPUT");
+	vocabularies.load();
 
 	std::string culprit = operands[0] == "-" ? "<stdin>" : operands[0];
 	try
 	{
 		InputFile input(operands[0]);
 		const std::string document = input.readAll();
-
-		Census census;
-		FastInfosetParser parser(DocumentVocabulary::VOC_MAP);
-		parser.setContentHandler(&census);
-		parser.setDTDHandler(&census);
-		parser.setProperty(Korvo::XML::XMLReader::PROPERTY_LEXICAL_HANDLER, static_cast<Korvo::XML::LexicalHandler*>(&census));
-		parser.setDocumentHandler(&census);
 		// Read as a stream, not with parseMemoryNP: a memory block that ends
 		// early fails an assertion, a stream with a message saying what was
 		// being read.
+		Korvo::MemoryInputStream header(document.data(), document.size());
+		const std::string externalVocabulary = VocabularyFile::namedVocabulary(header);
+		std::unique_ptr<FastInfosetParser> pParser;
+		if (externalVocabulary.empty())
+		{
+			pParser.reset(new FastInfosetParser(DocumentVocabulary::VOC_MAP));
+		}
+		else try
+		{
+			pParser = vocabularies.find(externalVocabulary).newParser();
+		}
+		catch (const VocabularyException&)
+		{
+			// What can be known without the vocabulary, then why no more.
+			out << "file " << input.name() << "\n";
+			printHeader(out, readHeader(document), externalVocabulary, nullptr, DocumentVocabulary(DocumentVocabulary::VOC_MAP));
+			out.flush();
+			throw;
+		}
+		const DocumentVocabulary before(pParser->vocabulary());
+
+		Census census;
+		pParser->setContentHandler(&census);
+		pParser->setDTDHandler(&census);
+		pParser->setProperty(Korvo::XML::XMLReader::PROPERTY_LEXICAL_HANDLER, static_cast<Korvo::XML::LexicalHandler*>(&census));
+		pParser->setDocumentHandler(&census);
 		Korvo::MemoryInputStream stream(document.data(), document.size());
 		Korvo::XML::InputSource source(stream);
-		parser.parse(&source);
+		pParser->parse(&source);
 
-		const DocumentVocabulary fresh(DocumentVocabulary::VOC_MAP);
 		out << "file " << input.name() << "\n";
-		printHeader(out, readHeader(document), census, fresh);
-		printContent(out, census.counts(), parser.vocabulary(), census.getDocumentVocabulary());
-		printSizes(out, document, census.counts());
+		printHeader(out, readHeader(document), externalVocabulary, &census.getDocumentVocabulary(), before);
+		printContent(out, census.counts(), pParser->vocabulary(), census.getDocumentVocabulary());
+		printSizes(out, document, census.counts(), vocabularies);
 		out.flush();
 		return EXIT_OK;
 	}

@@ -12,6 +12,7 @@
 
 
 #include "StringSurvey.h"
+#include "SharedVocabulary.h"
 #include "Poco/SAX/Attributes.h"
 #include <functional>
 #include <limits>
@@ -41,6 +42,7 @@ namespace
 
 StringSurvey::StringSurvey(std::size_t documentSize, int maxIndexedStringLength):
 	_maxIndexedLength(maxIndexedStringLength < 0 ? std::numeric_limits<std::size_t>::max() : static_cast<std::size_t>(maxIndexedStringLength)),
+	_pSharedVocabulary(nullptr),
 	_sampleOctets(0),
 	_inCDATA(false),
 	_inDTD(false)
@@ -83,9 +85,18 @@ void StringSurvey::setCount(std::size_t slot, Count count)
 }
 
 
+void StringSurvey::setSharedVocabulary(const SharedVocabulary* pVocabulary)
+{
+	_pSharedVocabulary = pVocabulary;
+}
+
+
 bool StringSurvey::isIndexed(DocumentVocabulary::ID table, const std::string& value)
 {
-	return value.size() <= _maxIndexedLength && count(slot(table, value)) == AGAIN;
+	const Count seen = count(slot(table, value));
+	if (seen == NEVER) return false;
+	if (_pSharedVocabulary && _pSharedVocabulary->holds(table, value)) return true;
+	return value.size() <= _maxIndexedLength && seen == AGAIN;
 }
 
 

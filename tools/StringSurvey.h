@@ -32,6 +32,9 @@ namespace FastInfoset {
 namespace Tool {
 
 
+class SharedVocabulary;
+
+
 class StringSurvey: public Korvo::XML::ContentHandler, public Korvo::XML::LexicalHandler, public StringIndexingPolicy
 	/// Watches the events of a document, as its writer will receive them,
 	/// and counts how often each attribute value, text, comment and
@@ -59,6 +62,10 @@ public:
 		/// Sizes the counters for a document of about documentSize octets.
 		/// Values longer than maxIndexedStringLength octets are not indexed
 		/// (a negative length: no limit).
+
+	void setSharedVocabulary(const SharedVocabulary* pVocabulary);
+		/// Indexes the values that pVocabulary holds (unless null) even when
+		/// they occur once or are long: they are found there, never added.
 
 	const std::vector<Literal>& sample() const;
 		/// The distinct values in order of their first occurrence, as many
@@ -106,6 +113,7 @@ private:
 	std::vector<unsigned char> _counts;
 	std::size_t _slotMask;
 	std::size_t _maxIndexedLength;
+	const SharedVocabulary* _pSharedVocabulary;
 	std::vector<Literal> _sample;
 	std::size_t _sampleOctets;
 	bool _inCDATA;

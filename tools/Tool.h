@@ -32,6 +32,9 @@ namespace FastInfoset {
 namespace Tool {
 
 
+class SharedVocabulary;
+
+
 enum ExitStatus
 {
 	EXIT_OK = 0,
@@ -156,6 +159,9 @@ struct EncodeSettings
 		/// NOT_GIVEN: 16 with --plain, no limit otherwise.
 	bool stripWhitespace;
 	bool plain;
+	const SharedVocabulary* pVocabulary;
+		/// Null, or the vocabulary that documents name and whose names and
+		/// values they write by index, whatever their length.
 
 	static const int NOT_GIVEN;
 };
@@ -174,6 +180,7 @@ int encodeCommand(const std::vector<std::string>& arguments, std::ostream& out, 
 int decodeCommand(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& err);
 int inspectCommand(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& err);
 int roundTripCommand(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& err);
+int vocabularyCommand(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& err);
 	/// Each returns an ExitStatus; failures are reported on err.
 
 void printUsage(std::ostream& out);

@@ -16,8 +16,12 @@
 
 #include "Tool.h"
 #include "Batch.h"
+#include "VocabularyFile.h"
+#include "VocabularyLearner.h"
+#include "VocabularyOptions.h"
 #include "Korvo/FastInfoset/Converter.h"
 #include <iostream>
+#include <limits>
 
 
 namespace Korvo {
@@ -28,13 +32,14 @@ namespace Tool {
 int encodeCommand(const std::vector<std::string>& arguments, std::ostream&, std::ostream& err)
 {
 	EncodeSettings settings;
+	VocabularyOptions vocabularies(false);
 	std::string outputDirectory;
 	bool quiet = false;
 	std::vector<std::string> operands;
 	ArgumentReader reader("encode", arguments);
 	while (reader.next())
 	{
-		if (settings.readOption(reader)) continue;
+		if (settings.readOption(reader) || vocabularies.readOption(reader)) continue;
 		if (reader.is("-o", "--output-directory")) outputDirectory = reader.stringValue();
 		else if (reader.is("-q", "--quiet")) quiet = true;
 		else if (reader.isOption()) reader.unknownOption();
@@ -42,6 +47,8 @@ int encodeCommand(const std::vector<std::string>& arguments, std::ostream&, std:
 	}
 
 	const Batch batch("encode", operands, outputDirectory, {"xml"}, "fi");
+	vocabularies.load();
+	settings.pVocabulary = vocabularies.first();
 	return batch.run([&](std::istream& input, std::ostream& output)
 	{
 		encodeXML(input, output, settings);
@@ -52,12 +59,14 @@ int encodeCommand(const std::vector<std::string>& arguments, std::ostream&, std:
 int decodeCommand(const std::vector<std::string>& arguments, std::ostream&, std::ostream& err)
 {
 	int options = Converter::CONV_WRITE_XML_DECLARATION;
+	VocabularyOptions vocabularies(true);
 	std::string outputDirectory;
 	bool quiet = false;
 	std::vector<std::string> operands;
 	ArgumentReader reader("decode", arguments);
 	while (reader.next())
 	{
+		if (vocabularies.readOption(reader)) continue;
 		if (reader.is("-p", "--pretty")) options |= Converter::CONV_PRETTY_PRINT_XML;
 		else if (reader.is("-n", "--no-declaration")) options &= ~Converter::CONV_WRITE_XML_DECLARATION;
 		else if (reader.is("-o", "--output-directory")) outputDirectory = reader.stringValue();
@@ -67,10 +76,48 @@ int decodeCommand(const std::vector<std::string>& arguments, std::ostream&, std:
 	}
 
 	const Batch batch("decode", operands, outputDirectory, {"fi", "finf"}, "xml");
+	vocabularies.load();
 	return batch.run([&](std::istream& input, std::ostream& output)
 	{
-		Converter::convertToXML(input, output, options);
+		vocabularies.decode(input, output, options);
 	}, !quiet, err);
+}
+
+
+int vocabularyCommand(const std::vector<std::string>& arguments, std::ostream&, std::ostream& err)
+{
+	std::string output;
+	int maxValueLength = 64;
+	std::vector<std::string> samples;
+	ArgumentReader reader("vocabulary", arguments);
+	while (reader.next())
+	{
+		if (reader.is("-o", "--output")) output = reader.stringValue();
+		else if (reader.is("-m", "--max-value-length")) maxValueLength = reader.intValue();
+		else if (reader.isOption()) reader.unknownOption();
+		else samples.push_back(reader.current());
+	}
+	if (output.empty()) throw UsageException("vocabulary: needs -o VOCABULARY");
+	if (samples.empty()) throw UsageException("vocabulary: needs at least one SAMPLE");
+
+	VocabularyLearner learner(maxValueLength < 0 ? std::numeric_limits<std::size_t>::max() : static_cast<std::size_t>(maxValueLength));
+	for (const std::string& sample: samples)
+	{
+		try
+		{
+			InputFile input(sample);
+			learner.learn(input.stream());
+		}
+		catch (const std::exception& exc)
+		{
+			err << "fastinfoset: " << (sample == "-" ? "<stdin>" : sample) << ": " << describe(exc) << std::endl;
+			return EXIT_FAILED;
+		}
+	}
+	OutputFile file(output);
+	VocabularyFile::write(learner.vocabulary(), file.stream());
+	file.commit();
+	return EXIT_OK;
 }
 
 
@@ -83,8 +130,8 @@ void printUsage(std::ostream& out)
 		"Fast Infoset documents and checks that documents survive the round trip.\n"
 		"\n"
 		"Commands:\n"
-		"  encode [-m N] [-w] [--plain] [-q] INPUT OUTPUT\n"
-		"  encode [-m N] [-w] [--plain] [-q] -o DIRECTORY FILE...\n"
+		"  encode [-m N] [-w] [--plain] [--vocabulary FILE] [-q] INPUT OUTPUT\n"
+		"  encode [-m N] [-w] [--plain] [--vocabulary FILE] [-q] -o DIRECTORY FILE...\n"
 		"      Reads XML text from INPUT and writes a Fast Infoset document to OUTPUT,\n"
 		"      or converts each FILE to DIRECTORY/NAME.fi (NAME.xml becomes NAME.fi),\n"
 		"      as small as it can: it reads the input twice, indexes the values that\n"
@@ -97,23 +144,40 @@ void printUsage(std::ostream& out)
 		"      -w, --strip-whitespace      drop text that is whitespace only\n"
 		"      --plain                     write as the library's Converter does: UTF-8\n"
 		"                                  literals, values of at most N octets indexed\n"
+		"      --vocabulary FILE           name the shared vocabulary of FILE and write\n"
+		"                                  the names and values it holds by index\n"
+		"      --vocabulary-uri URI        the URI by which documents name it (default:\n"
+		"                                  the name of FILE without its directory)\n"
 		"      -o, --output-directory DIR  convert every FILE into DIR (made if missing)\n"
 		"      -q, --quiet                 show no progress\n"
 		"\n"
-		"  decode [-p] [-n] [-q] INPUT OUTPUT\n"
-		"  decode [-p] [-n] [-q] -o DIRECTORY FILE...\n"
+		"  decode [-p] [-n] [--vocabulary FILE]... [-q] INPUT OUTPUT\n"
+		"  decode [-p] [-n] [--vocabulary FILE]... [-q] -o DIRECTORY FILE...\n"
 		"      Reads a Fast Infoset document from INPUT and writes XML text to OUTPUT,\n"
 		"      beginning with an XML declaration, or converts each FILE to\n"
 		"      DIRECTORY/NAME.xml (NAME.fi or NAME.finf becomes NAME.xml).\n"
 		"      -p, --pretty                indent the XML\n"
 		"      -n, --no-declaration        leave out the XML declaration\n"
 		"      -o, --output-directory DIR  and -q, --quiet as for encode\n"
+		"      --vocabulary FILE [--vocabulary-uri URI], as for encode, may be given\n"
+		"      for each vocabulary that the documents name.\n"
 		"\n"
-		"  inspect INPUT\n"
-		"      Describes a Fast Infoset document: header flags, initial vocabulary,\n"
+		"  inspect [--vocabulary FILE]... INPUT\n"
+		"      Describes a Fast Infoset document: header flags, initial vocabulary\n"
+		"      (with the URI of the shared vocabulary that the document names),\n"
 		"      counts of elements, attributes, namespace declarations, text chunks,\n"
 		"      comments and processing instructions, how many names and values were\n"
 		"      read literally and how many by index, and sizes (also as XML text).\n"
+		"\n"
+		"  vocabulary [-m N] -o VOCABULARY SAMPLE...\n"
+		"      Learns a shared vocabulary from XML documents of one kind and writes\n"
+		"      it to VOCABULARY as a Fast Infoset document: every name, prefix and\n"
+		"      namespace name of the samples and the values that occur more than\n"
+		"      once in all of them together (attribute values, texts, comments and\n"
+		"      processing-instruction data), each table commonest first.\n"
+		"      -m, --max-value-length N    learn values of at most N octets (default\n"
+		"                                  64; negative: any length)\n"
+		"      -o, --output VOCABULARY     the file to write\n"
 		"\n"
 		"  roundtrip [-m N] [-w] FILE...\n"
 		"      Converts each XML FILE to Fast Infoset and back, in memory, and prints\n"
@@ -126,6 +190,12 @@ void printUsage(std::ostream& out)
 		"\n"
 		"  help, --help, -h\n"
 		"      Prints this text.\n"
+		"\n"
+		"A shared vocabulary makes many small documents of one kind much smaller:\n"
+		"what they have in common is written once, in the vocabulary, and each\n"
+		"document names the vocabulary by its URI and refers to its entries. The\n"
+		"reader needs the same vocabulary under the same URI; a document that names\n"
+		"a vocabulary that was not given fails with an error that names its URI.\n"
 		"\n"
 		"INPUT and OUTPUT may be '-' for standard input and standard output. An output\n"
 		"file is written under a temporary name in its directory and renamed when it\n"
@@ -184,6 +254,7 @@ int main(int argc, char** argv)
 		if (command == "decode") return decodeCommand(rest, std::cout, std::cerr);
 		if (command == "inspect") return inspectCommand(rest, std::cout, std::cerr);
 		if (command == "roundtrip") return roundTripCommand(rest, std::cout, std::cerr);
+		if (command == "vocabulary") return vocabularyCommand(rest, std::cout, std::cerr);
 		throw UsageException("unknown command '" + command + "'");
 	}
 	catch (const UsageException& exc)
