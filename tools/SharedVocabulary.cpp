@@ -21,6 +21,7 @@
 #include "Poco/Path.h"
 #include "Poco/SAX/InputSource.h"
 #include <sstream>
+#include <vector>
 
 
 namespace Korvo {
@@ -97,6 +98,51 @@ namespace
 		return duplicate;
 	}
 
+	class RewritingWriter: public FastInfosetWriter
+		/// Writes a parsed document again, each namespace declaration ended
+		/// with the element that made it: the parser reports the ends of the
+		/// declarations of an element's last descendant in their place, and
+		/// the writer would keep the others in scope.
+	{
+	public:
+		explicit RewritingWriter(std::ostream& output):
+			FastInfosetWriter(output, false, DocumentVocabulary::VOC_MAP)
+		{
+		}
+
+		void startPrefixMapping(const Korvo::XML::XMLString& prefix, const Korvo::XML::XMLString& uri) override
+		{
+			_declared.push_back(prefix);
+			FastInfosetWriter::startPrefixMapping(prefix, uri);
+		}
+
+		void endPrefixMapping(const Korvo::XML::XMLString&) override
+		{
+		}
+
+		void startElement(const Korvo::XML::XMLString& uri, const Korvo::XML::XMLString& localName, const Korvo::XML::XMLString& qname, const Korvo::XML::Attributes& attributes) override
+		{
+			FastInfosetWriter::startElement(uri, localName, qname, attributes);
+			_declarations.push_back(_declared.size());
+		}
+
+		void endElement(const Korvo::XML::XMLString& uri, const Korvo::XML::XMLString& localName, const Korvo::XML::XMLString& qname) override
+		{
+			FastInfosetWriter::endElement(uri, localName, qname);
+			// This element's own declarations are the last ones before its
+			// count, after those of its ancestors.
+			const std::size_t end = _declarations.back();
+			_declarations.pop_back();
+			const std::size_t begin = _declarations.empty() ? 0 : _declarations.back();
+			for (std::size_t i = begin; i < end; ++i) FastInfosetWriter::endPrefixMapping(_declared[i]);
+			_declared.resize(begin);
+		}
+
+	private:
+		std::vector<Korvo::XML::XMLString> _declared;
+		std::vector<std::size_t> _declarations;
+	};
+
 	std::string fileName(const std::string& path)
 	{
 		return path == "-" ? std::string("-") : Korvo::Path(path).getFileName();
@@ -161,10 +207,10 @@ std::unique_ptr<FastInfosetParser> SharedVocabulary::newParser() const
 void SharedVocabulary::decode(std::istream& input, std::ostream& output, int options) const
 {
 	// The converter's parser would look for the vocabulary under its URI:
-	// the document is first rewritten without it, in memory.
+	// the document is first written again without it, in memory.
 	std::stringstream plain;
 	{
-		FastInfosetWriter writer(plain, false, DocumentVocabulary::VOC_MAP);
+		RewritingWriter writer(plain);
 		std::unique_ptr<FastInfosetParser> pParser = newParser();
 		pParser->setContentHandler(&writer);
 		pParser->setDTDHandler(&writer);

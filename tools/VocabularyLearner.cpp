@@ -195,7 +195,10 @@ void VocabularyLearner::startElement(const XMLString& uri, const XMLString& loca
 		if (isNamespaceDeclaration(attributeQName)) continue;
 		const XMLString& attributeURI = attributes.getURI(i);
 		const XMLString& attributeLocalName = attributes.getLocalName(i);
-		seeName(ATTRIBUTE_NAMES, prefixOf(attributeQName), attributeURI, attributeLocalName.empty() ? attributeQName : attributeLocalName);
+		// The writer names an attribute in its element's namespace without
+		// a prefix.
+		const XMLString attributePrefix = attributeURI.empty() || attributeURI == uri ? XMLString() : prefixOf(attributeQName);
+		seeName(ATTRIBUTE_NAMES, attributePrefix, attributeURI, attributeLocalName.empty() ? attributeQName : attributeLocalName);
 		seeValue(ATTRIBUTE_VALUES, attributes.getValue(i));
 	}
 }
