@@ -507,7 +507,7 @@ TEST_F(ToolTest, DocumentNamingAVocabularyNotGivenFailsWithItsURI)
 {
 	// Learnt twice, each value repeats: the document then writes every
 	// name and value by index, even those that it holds once.
-	const std::string xml = write("doc.xml", "<p:r xmlns:p='urn:p' p:a='qqq'><p:i>xx</p:i><i>yy</i></p:r>");
+	const std::string xml = write("doc.xml", "<p:r xmlns:p='urn:p' p:a='qqq'><p:i xmlns='urn:d'>xx<j/></p:i><i>yy</i></p:r>");
 	ASSERT_EQ(0, runTool({"vocabulary", "-o", path("v.fi"), xml, xml}).status);
 	ASSERT_EQ(0, runTool({"encode", "--vocabulary", path("v.fi"), "--vocabulary-uri", "urn:example:v", xml, path("doc.fi")}).status);
 	for (const char* value: {"qqq", "xx", "yy"}) EXPECT_EQ(std::string::npos, readFile(path("doc.fi")).find(value)) << value;
@@ -515,8 +515,10 @@ TEST_F(ToolTest, DocumentNamingAVocabularyNotGivenFailsWithItsURI)
 	const ToolRun inspected = runTool({"inspect", "--vocabulary", path("v.fi"), "--vocabulary-uri", "urn:example:v", path("doc.fi")});
 	ASSERT_EQ(0, inspected.status) << inspected.err;
 	EXPECT_NE(std::string::npos, inspected.out.find("external vocabulary       urn:example:v\n")) << inspected.out;
-	for (const char* line: {"element names                3         0         3", "attribute names              1         0         1"})
+	for (const char* line: {"element names                4         0         4", "attribute names              1         0         1"})
 		EXPECT_NE(std::string::npos, inspected.out.find(line)) << line << "\n" << inspected.out;
+	const ToolRun decoded = runTool({"decode", "--vocabulary", path("v.fi"), "--vocabulary-uri", "urn:example:v", path("doc.fi"), "-"});
+	EXPECT_EQ(eventsOf(readFile(xml)), eventsOf(decoded.out)) << decoded.err;
 
 	const std::string message = "Vocabulary error: the document names the vocabulary urn:example:v, which was not given";
 	const std::vector<std::vector<std::string>> runs =
