@@ -16,7 +16,8 @@
 #include "SharedVocabulary.h"
 #include "Korvo/FastInfoset/Converter.h"
 #include "Korvo/FastInfoset/FastInfosetWriter.h"
-#include "Poco/SAX/InputSource.h"
+#include "PrologReorderer.h"
+#include "XMLInput.h"
 #include "Poco/SAX/SAXParser.h"
 #include "Poco/SAX/WhitespaceFilter.h"
 #include <limits>
@@ -61,13 +62,11 @@ namespace
 		Korvo::XML::SAXParser parser;
 		parser.setFeature(Korvo::XML::XMLReader::FEATURE_NAMESPACES, true);
 		parser.setFeature(Korvo::XML::XMLReader::FEATURE_NAMESPACE_PREFIXES, true);
+		XMLInput xmlInput(input, parser);
 		Korvo::XML::WhitespaceFilter filter(&parser);
 		Korvo::XML::XMLReader& reader = stripWhitespace ? static_cast<Korvo::XML::XMLReader&>(filter) : parser;
-		reader.setContentHandler(&writer);
-		reader.setDTDHandler(&writer);
-		reader.setProperty(Korvo::XML::XMLReader::PROPERTY_LEXICAL_HANDLER, static_cast<Korvo::XML::LexicalHandler*>(&writer));
-		Korvo::XML::InputSource source(input);
-		reader.parse(&source);
+		PrologReorderer reorderer(reader, writer);
+		xmlInput.parse(reader);
 	}
 }
 

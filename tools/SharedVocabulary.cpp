@@ -18,10 +18,10 @@
 #include "Korvo/FastInfoset/FastInfosetParser.h"
 #include "Korvo/FastInfoset/FastInfosetWriter.h"
 #include "Korvo/FastInfoset/QualifiedNameVocabulary.h"
+#include "DoctypeDeferringWriter.h"
 #include "Poco/Path.h"
 #include "Poco/SAX/InputSource.h"
-#include <sstream>
-#include <vector>
+#include "Poco/XML/XMLWriter.h"
 
 
 namespace Korvo {
@@ -98,50 +98,14 @@ namespace
 		return duplicate;
 	}
 
-	class RewritingWriter: public FastInfosetWriter
-		/// Writes a parsed document again, each namespace declaration ended
-		/// with the element that made it: the parser reports the ends of the
-		/// declarations of an element's last descendant in their place, and
-		/// the writer would keep the others in scope.
+	int xmlWriterOptions(int options)
+		/// Converter's option bits in the toolkit writer's numbering.
 	{
-	public:
-		explicit RewritingWriter(std::ostream& output):
-			FastInfosetWriter(output, false, DocumentVocabulary::VOC_MAP)
-		{
-		}
-
-		void startPrefixMapping(const Korvo::XML::XMLString& prefix, const Korvo::XML::XMLString& uri) override
-		{
-			_declared.push_back(prefix);
-			FastInfosetWriter::startPrefixMapping(prefix, uri);
-		}
-
-		void endPrefixMapping(const Korvo::XML::XMLString&) override
-		{
-		}
-
-		void startElement(const Korvo::XML::XMLString& uri, const Korvo::XML::XMLString& localName, const Korvo::XML::XMLString& qname, const Korvo::XML::Attributes& attributes) override
-		{
-			FastInfosetWriter::startElement(uri, localName, qname, attributes);
-			_declarations.push_back(_declared.size());
-		}
-
-		void endElement(const Korvo::XML::XMLString& uri, const Korvo::XML::XMLString& localName, const Korvo::XML::XMLString& qname) override
-		{
-			FastInfosetWriter::endElement(uri, localName, qname);
-			// This element's own declarations are the last ones before its
-			// count, after those of its ancestors.
-			const std::size_t end = _declarations.back();
-			_declarations.pop_back();
-			const std::size_t begin = _declarations.empty() ? 0 : _declarations.back();
-			for (std::size_t i = begin; i < end; ++i) FastInfosetWriter::endPrefixMapping(_declared[i]);
-			_declared.resize(begin);
-		}
-
-	private:
-		std::vector<Korvo::XML::XMLString> _declared;
-		std::vector<std::size_t> _declarations;
-	};
+		int result = Korvo::XML::XMLWriter::CANONICAL;
+		if (options & Converter::CONV_WRITE_XML_DECLARATION) result |= Korvo::XML::XMLWriter::WRITE_XML_DECLARATION;
+		if (options & Converter::CONV_PRETTY_PRINT_XML) result |= Korvo::XML::XMLWriter::PRETTY_PRINT;
+		return result;
+	}
 
 	std::string fileName(const std::string& path)
 	{
@@ -206,19 +170,13 @@ std::unique_ptr<FastInfosetParser> SharedVocabulary::newParser() const
 
 void SharedVocabulary::decode(std::istream& input, std::ostream& output, int options) const
 {
-	// The converter's parser would look for the vocabulary under its URI:
-	// the document is first written again without it, in memory.
-	std::stringstream plain;
-	{
-		RewritingWriter writer(plain);
-		std::unique_ptr<FastInfosetParser> pParser = newParser();
-		pParser->setContentHandler(&writer);
-		pParser->setDTDHandler(&writer);
-		pParser->setProperty(Korvo::XML::XMLReader::PROPERTY_LEXICAL_HANDLER, static_cast<Korvo::XML::LexicalHandler*>(&writer));
-		Korvo::XML::InputSource source(input);
-		pParser->parse(&source);
-	}
-	Converter::convertToXML(plain, output, options);
+	// As Converter::convertToXML(), with a parser that has the vocabulary.
+	DoctypeDeferringWriter writer(output, xmlWriterOptions(options));
+	std::unique_ptr<FastInfosetParser> pParser = newParser();
+	pParser->initialize(static_cast<Korvo::XML::XMLWriter*>(&writer));
+	pParser->setFeature(FastInfosetParser::FEATURE_ATTRIBUTE_QNAMES, true);
+	Korvo::XML::InputSource source(input);
+	pParser->parse(&source);
 }
 
 
