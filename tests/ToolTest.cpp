@@ -496,6 +496,12 @@ TEST_F(ToolTest, VocabularyHoldsNamesAndValuesThatRepeat)
 	const ToolRun decoded = runTool({"decode", "-n", path("v.fi"), "-"});
 	EXPECT_EQ("<p:r xmlns:p=\"urn:p\"/>", decoded.out) << decoded.err;
 
+	// Tables of more than 128 entries have a longer length.
+	std::string many = "<r>";
+	for (int i = 0; i < 130; ++i) many += "<e" + std::to_string(i) + "/>";
+	ASSERT_EQ(0, runTool({"vocabulary", "-o", path("many.fi"), write("many.xml", many + "</r>")}).status);
+	EXPECT_NE(std::string::npos, runTool({"inspect", path("many.fi")}).out.find("element names             131\n"));
+
 	const ToolRun failed = runTool({"vocabulary", "-o", path("w.fi"), first, write("bad.xml", "<r>")});
 	EXPECT_EQ(1, failed.status);
 	EXPECT_NE(std::string::npos, failed.err.find(path("bad.xml") + ": SAXParseException")) << failed.err;

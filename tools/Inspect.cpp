@@ -354,27 +354,23 @@ int inspectCommand(const std::vector<std::string>& arguments, std::ostream& out,
 	{
 		InputFile input(operands[0]);
 		const std::string document = input.readAll();
-		// Read as a stream, not with parseMemoryNP: a memory block that ends
-		// early fails an assertion, a stream with a message saying what was
-		// being read.
 		Korvo::MemoryInputStream header(document.data(), document.size());
 		const std::string externalVocabulary = VocabularyFile::namedVocabulary(header);
-		std::unique_ptr<FastInfosetParser> pParser;
-		if (externalVocabulary.empty())
+		std::unique_ptr<FastInfosetParser> pParser(new FastInfosetParser(DocumentVocabulary::VOC_MAP));
+		if (!externalVocabulary.empty())
 		{
-			pParser.reset(new FastInfosetParser(DocumentVocabulary::VOC_MAP));
-		}
-		else try
-		{
-			pParser = vocabularies.find(externalVocabulary).newParser();
-		}
-		catch (const VocabularyException&)
-		{
-			// What can be known without the vocabulary, then why no more.
-			out << "file " << input.name() << "\n";
-			printHeader(out, readHeader(document), externalVocabulary, nullptr, DocumentVocabulary(DocumentVocabulary::VOC_MAP));
-			out.flush();
-			throw;
+			try
+			{
+				pParser = vocabularies.find(externalVocabulary).newParser();
+			}
+			catch (const VocabularyException&)
+			{
+				// What can be known without the vocabulary, then why no more.
+				out << "file " << input.name() << "\n";
+				printHeader(out, readHeader(document), externalVocabulary, nullptr, pParser->vocabulary());
+				out.flush();
+				throw;
+			}
 		}
 		const DocumentVocabulary before(pParser->vocabulary());
 
@@ -383,6 +379,9 @@ int inspectCommand(const std::vector<std::string>& arguments, std::ostream& out,
 		pParser->setDTDHandler(&census);
 		pParser->setProperty(Korvo::XML::XMLReader::PROPERTY_LEXICAL_HANDLER, static_cast<Korvo::XML::LexicalHandler*>(&census));
 		pParser->setDocumentHandler(&census);
+		// Read as a stream, not with parseMemoryNP: a memory block that ends
+		// early fails an assertion, a stream with a message saying what was
+		// being read.
 		Korvo::MemoryInputStream stream(document.data(), document.size());
 		Korvo::XML::InputSource source(stream);
 		pParser->parse(&source);

@@ -169,21 +169,6 @@ void VocabularyLearner::seeValue(Table table, const std::string& value)
 }
 
 
-void VocabularyLearner::setDocumentLocator(const Korvo::XML::Locator*)
-{
-}
-
-
-void VocabularyLearner::startDocument()
-{
-}
-
-
-void VocabularyLearner::endDocument()
-{
-}
-
-
 void VocabularyLearner::startElement(const XMLString& uri, const XMLString& localName, const XMLString& qname, const Korvo::XML::Attributes& attributes)
 {
 	const XMLString prefix = prefixOf(qname);
@@ -201,11 +186,6 @@ void VocabularyLearner::startElement(const XMLString& uri, const XMLString& loca
 		seeName(ATTRIBUTE_NAMES, attributePrefix, attributeURI, attributeLocalName.empty() ? attributeQName : attributeLocalName);
 		seeValue(ATTRIBUTE_VALUES, attributes.getValue(i));
 	}
-}
-
-
-void VocabularyLearner::endElement(const XMLString&, const XMLString&, const XMLString&)
-{
 }
 
 
@@ -234,16 +214,6 @@ void VocabularyLearner::startPrefixMapping(const XMLString& prefix, const XMLStr
 {
 	if (!prefix.empty() && prefix != NamespaceSupport::XML_NAMESPACE_PREFIX) _tallies[PREFIXES].see(prefix);
 	if (!uri.empty() && uri != NamespaceSupport::XML_NAMESPACE) _tallies[NAMESPACE_NAMES].see(uri);
-}
-
-
-void VocabularyLearner::endPrefixMapping(const XMLString&)
-{
-}
-
-
-void VocabularyLearner::skippedEntity(const XMLString&)
-{
 }
 
 

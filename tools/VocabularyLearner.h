@@ -19,7 +19,7 @@
 
 #include "Korvo/FastInfoset/FastInfoset.h"
 #include "Korvo/FastInfoset/DocumentVocabulary.h"
-#include "Poco/SAX/ContentHandler.h"
+#include "Poco/SAX/DefaultHandler.h"
 #include "Poco/SAX/LexicalHandler.h"
 #include <cstddef>
 #include <istream>
@@ -33,7 +33,7 @@ namespace FastInfoset {
 namespace Tool {
 
 
-class VocabularyLearner: public Korvo::XML::ContentHandler, public Korvo::XML::LexicalHandler
+class VocabularyLearner: public Korvo::XML::DefaultHandler, public Korvo::XML::LexicalHandler
 	/// Reads sample documents and learns what documents of their kind
 	/// repeat: every name (element and attribute names with their prefixes,
 	/// namespace names and local names, and processing-instruction targets)
@@ -59,17 +59,11 @@ public:
 		/// The learnt tables (VOC_MAP) after the predefined entries.
 
 	// ContentHandler
-	void setDocumentLocator(const Korvo::XML::Locator* pLocator) override;
-	void startDocument() override;
-	void endDocument() override;
 	void startElement(const Korvo::XML::XMLString& uri, const Korvo::XML::XMLString& localName, const Korvo::XML::XMLString& qname, const Korvo::XML::Attributes& attributes) override;
-	void endElement(const Korvo::XML::XMLString& uri, const Korvo::XML::XMLString& localName, const Korvo::XML::XMLString& qname) override;
 	void characters(const Korvo::XML::XMLChar ch[], int start, int length) override;
 	void ignorableWhitespace(const Korvo::XML::XMLChar ch[], int start, int length) override;
 	void processingInstruction(const Korvo::XML::XMLString& target, const Korvo::XML::XMLString& data) override;
 	void startPrefixMapping(const Korvo::XML::XMLString& prefix, const Korvo::XML::XMLString& uri) override;
-	void endPrefixMapping(const Korvo::XML::XMLString& prefix) override;
-	void skippedEntity(const Korvo::XML::XMLString& name) override;
 
 	// LexicalHandler
 	void startDTD(const Korvo::XML::XMLString& name, const Korvo::XML::XMLString& publicId, const Korvo::XML::XMLString& systemId) override;
