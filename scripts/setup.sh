@@ -6,6 +6,8 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 
 packages=(g++ make cmake pkg-config libpoco-dev libgtest-dev libgmock-dev libbenchmark-dev)
+# A fuzzing build (-DKORVO_BUILD_FUZZ=ON, see scripts/fuzz.sh) needs clang and its libFuzzer runtime.
+case " $* " in *KORVO_BUILD_FUZZ=ON*) packages+=(clang libclang-rt-14-dev) ;; esac
 missing=()
 for p in "${packages[@]}"; do
   dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q 'install ok installed' || missing+=("$p")

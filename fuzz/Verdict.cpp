@@ -1,0 +1,189 @@
+//
+// Verdict.cpp
+//
+// Library: FastInfoset
+// Package: Fuzz
+// Module:  Verdict
+//
+// Copyright (c) 2026, Korvo FastInfoset developers.
+//
+// SPDX-License-Identifier:	BSL-1.0
+//
+
+
+#include "Verdict.h"
+#include "Korvo/FastInfoset/FastInfoset.h"
+#include <cstring>
+#include <new>
+#include <typeinfo>
+
+
+// The sanitizer allocator's hooks, declared weak: without a sanitizer they
+// are null and the watch measures nothing.
+extern "C" int __sanitizer_install_malloc_and_free_hooks(void (*pMallocHook)(const volatile void*, std::size_t), void (*pFreeHook)(const volatile void*)) __attribute__((weak));
+extern "C" std::size_t __sanitizer_get_allocated_size(const volatile void* p) __attribute__((weak));
+
+
+namespace Korvo {
+namespace FastInfoset {
+namespace Fuzz {
+
+
+namespace
+{
+	// One watch at a time, on one thread: the targets run single-threaded.
+	bool watching = false;
+	long long inUse = 0;
+	long long peakInUse = 0;
+
+	void onMalloc(const volatile void*, std::size_t size)
+	{
+		if (!watching) return;
+		inUse += static_cast<long long>(size);
+		if (inUse > peakInUse) peakInUse = inUse;
+	}
+
+	void onFree(const volatile void* p)
+	{
+		if (watching && p) inUse -= static_cast<long long>(__sanitizer_get_allocated_size(p));
+	}
+
+	bool hooksInstalled()
+	{
+		static const bool installed = __sanitizer_install_malloc_and_free_hooks && __sanitizer_get_allocated_size
+			&& __sanitizer_install_malloc_and_free_hooks(onMalloc, onFree) != 0;
+		return installed;
+	}
+
+	bool isStated(const std::string& message, const Assertions& stated)
+	{
+		// The foundation's message is the condition, a space and where it failed.
+		for (const char* pCondition: stated)
+		{
+			const std::size_t n = std::strlen(pCondition);
+			if (message.compare(0, n, pCondition) == 0 && message.size() > n && message[n] == ' ') return true;
+		}
+		return false;
+	}
+}
+
+
+const Assertions PARSER_ASSERTIONS =
+{
+	"id == 60",                  // end of the notation list
+	"id == 120",                 // end of the unparsed-entity list
+	"stat == 0x0f",              // end of a document type declaration
+	"val <= Encoder::MAXINT20",  // an integer above 2^20
+	"val == 48",                 // an integer form that does not exist
+	"strLen > 0",                // a string length that wraps to zero
+	"_pStream",                  // a memory reader asked for more than its block
+	"this->_index.size() > idx", // an index past a hash or map table
+	"vocabulary > 0 && vocabulary <= _alphabets.size()", // no such restricted alphabet
+	"!existed",                  // an initial vocabulary that repeats an entry
+};
+
+
+Finding::Finding(const std::string& what):
+	std::logic_error(what)
+{
+}
+
+
+void fail(const std::string& what)
+{
+	throw Finding(what);
+}
+
+
+void acceptRefusal(const Assertions& stated)
+{
+	try
+	{
+		throw;
+	}
+	catch (const Finding&)
+	{
+		throw;
+	}
+	catch (const Korvo::AssertionViolationException& exc)
+	{
+		if (!isStated(exc.message(), stated)) fail("assertion that no bad input may break: " + exc.displayText());
+	}
+	catch (const Korvo::NullPointerException& exc)
+	{
+		fail("null pointer check: " + exc.displayText());
+	}
+	catch (const Korvo::BugcheckException& exc)
+	{
+		fail("bug check: " + exc.displayText());
+	}
+	catch (const Korvo::Exception&)
+	{
+	}
+	catch (const std::out_of_range& exc)
+	{
+		if (std::strcmp(exc.what(), "index out of range") != 0) fail(std::string("std::out_of_range: ") + exc.what());
+	}
+	catch (const std::bad_alloc&)
+	{
+		fail("out of memory (std::bad_alloc)");
+	}
+	catch (const std::exception& exc)
+	{
+		fail("foreign exception " + describe(exc));
+	}
+	catch (...)
+	{
+		fail("exception of unknown type");
+	}
+}
+
+
+std::string describe(const std::exception& exc)
+{
+	const Korvo::Exception* pPlatform = dynamic_cast<const Korvo::Exception*>(&exc);
+	return pPlatform ? pPlatform->displayText() : std::string(typeid(exc).name()) + ": " + exc.what();
+}
+
+
+AllocationWatch::AllocationWatch()
+{
+	hooksInstalled();
+	inUse = 0;
+	peakInUse = 0;
+	watching = true;
+}
+
+
+AllocationWatch::~AllocationWatch()
+{
+	watching = false;
+}
+
+
+bool AllocationWatch::available()
+{
+	return hooksInstalled();
+}
+
+
+std::size_t AllocationWatch::peak() const
+{
+	return static_cast<std::size_t>(peakInUse);
+}
+
+
+void AllocationWatch::expectAtMost(std::size_t limit, const char* pWhat) const
+{
+	if (peak() > limit)
+		fail(std::string(pWhat) + " allocated " + std::to_string(peak()) + " octets, more than the limit of " + std::to_string(limit));
+}
+
+
+std::size_t memoryLimit(std::size_t inputSize)
+{
+	return 4*1024*1024 + 64*inputSize;
+}
+
+
+} } } // namespace Korvo::FastInfoset::Fuzz
