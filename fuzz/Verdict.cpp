@@ -141,6 +141,7 @@ void acceptRefusal(const Assertions& stated)
 
 std::string describe(const std::exception& exc)
 {
+	if (dynamic_cast<const Finding*>(&exc)) return exc.what();
 	const Korvo::Exception* pPlatform = dynamic_cast<const Korvo::Exception*>(&exc);
 	return pPlatform ? pPlatform->displayText() : std::string(typeid(exc).name()) + ": " + exc.what();
 }

@@ -248,6 +248,7 @@ void FastInfosetWriter::endDocument()
 
 void FastInfosetWriter::startElement(const XMLString& namespaceURI, const XMLString& localName, const XMLString& qname, const Attributes& attributes)
 {
+	requireDocument("startElement() not allowed outside the document");
 	const XMLString* pPrefix;
 	const XMLString* pLocalName;
 	elementName(namespaceURI, localName, qname, pPrefix, pLocalName);
@@ -351,6 +352,14 @@ void FastInfosetWriter::endFragment()
 void FastInfosetWriter::requireState(State state, const char* message) const
 {
 	if (_states.back() != state) throw FISException(message);
+}
+
+
+void FastInfosetWriter::requireDocument(const char* message) const
+{
+	// Before the header or after the end an item would leave a stream that
+	// no parser reads.
+	if (_states.back() == UNINITIALIZED) throw FISException(message);
 }
 
 
@@ -904,6 +913,7 @@ void FastInfosetWriter::writeEncodedCharacterString(const Encoding& encoding)
 void FastInfosetWriter::startCDATA()
 {
 	if (_states.back() == IN_CDATA) throw FISException("Cannot nest CDATA sections");
+	requireDocument("startCDATA() not allowed outside the document");
 	_states.push_back(IN_CDATA);
 }
 
@@ -923,6 +933,7 @@ void FastInfosetWriter::endCDATA()
 
 void FastInfosetWriter::processingInstruction(const XMLString& target, const XMLString& data)
 {
+	requireDocument("processingInstruction() not allowed outside the document");
 	handleEncodedData();
 	padToOctet();
 	_writer.write(PROCESSING_INSTRUCTION, 8);
@@ -951,6 +962,7 @@ void FastInfosetWriter::comment(const XMLChar ch[], int start, int length)
 		_dtdComments.emplace_back(ch + start, length);
 		return;
 	}
+	requireDocument("comment() not allowed outside the document");
 	if (length > 0)
 		_textBuffer.assign(ch + start, length);
 	else
@@ -977,6 +989,7 @@ void FastInfosetWriter::writeComment(const XMLString& str)
 
 void FastInfosetWriter::startDTD(const XMLString&, const XMLString& publicId, const XMLString& systemId)
 {
+	requireDocument("startDTD() not allowed outside the document");
 	_states.push_back(IN_DTD);
 	padToOctet();
 	_writer.write(DOCUMENT_TYPE_DECLARATION, 6);

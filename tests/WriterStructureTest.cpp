@@ -224,9 +224,33 @@ TEST(WriterStructureTest, MisnestedCallsThrow)
 	std::ostringstream out;
 	FastInfosetWriter writer(out);
 	EXPECT_THROW_MESSAGE(writer.endDocument(), FISException, "endDocument() without matching startDocument()");
-	writer.startElement("", "a", "a", NO_ATTRIBUTES);
-	EXPECT_THROW_MESSAGE(writer.startDocument(), FISException, "startDocument() not allowed inside an element");
-	writer.endElement("", "a", "a");
+
+	// Before the header and after the end nothing is written.
+	const struct
+	{
+		std::function<void(FastInfosetWriter&)> call;
+		const char* message;
+	}
+	outside[] =
+	{
+		{[](FastInfosetWriter& w) { w.startElement("", "a", "a", NO_ATTRIBUTES); }, "startElement() not allowed outside the document"},
+		{[](FastInfosetWriter& w) { w.processingInstruction("t", "d"); }, "processingInstruction() not allowed outside the document"},
+		{[](FastInfosetWriter& w) { w.comment("c", 0, 1); }, "comment() not allowed outside the document"},
+		{[](FastInfosetWriter& w) { w.startDTD("a", "", "s"); }, "startDTD() not allowed outside the document"},
+		{[](FastInfosetWriter& w) { w.startCDATA(); }, "startCDATA() not allowed outside the document"},
+	};
+	std::ostringstream ended;
+	FastInfosetWriter endedWriter(ended);
+	endedWriter.startDocument();
+	endedWriter.endDocument();
+	for (const auto& c: outside)
+	{
+		SCOPED_TRACE(c.message);
+		EXPECT_THROW_MESSAGE(c.call(writer), FISException, c.message);
+		EXPECT_THROW_MESSAGE(c.call(endedWriter), FISException, c.message);
+	}
+	EXPECT_EQ("", out.str());
+	EXPECT_EQ(golden(HEADER + "F0"), hex(ended.str()));
 
 	std::ostringstream out2;
 	FastInfosetWriter writer2(out2);

@@ -330,6 +330,7 @@ private:
 		/// The prefix and local name an element is written with, declaring
 		/// its prefix when needed.
 	void requireState(State state, const char* message) const;
+	void requireDocument(const char* message) const;
 	void requireElementContent() const;
 	void padToOctet();
 	void writeTerminator();
