@@ -999,9 +999,9 @@ void FastInfosetWriter::startDTD(const XMLString&, const XMLString& publicId, co
 
 void FastInfosetWriter::endDTD()
 {
+	requireState(IN_DTD, "endDTD() without matching startDTD()");
 	writeTerminator();
 	poco_assert (_writer.bitPos() == 4);
-	requireState(IN_DTD, "endDTD() without matching startDTD()");
 	_states.pop_back();
 	for (const XMLString& text: _dtdComments) writeCommentItem(text);
 	_dtdComments.clear();

@@ -255,6 +255,9 @@ TEST(WriterStructureTest, MisnestedCallsThrow)
 	std::ostringstream out2;
 	FastInfosetWriter writer2(out2);
 	writer2.startDocument();
+	writer2.startElement("", "a", "a", NO_ATTRIBUTES);
+	writer2.endElement("", "a", "a");
+	// Refused before anything is written, also in the middle of an octet.
 	EXPECT_THROW_MESSAGE(writer2.endDTD(), FISException, "endDTD() without matching startDTD()");
 	EXPECT_THROW_MESSAGE(writer2.endElement("", "a", "a"), FISException, "endElement() without matching startElement()");
 	EXPECT_THROW_MESSAGE(writer2.endCDATA(), FISException, "endCDATA() without matching startCDATA()");
@@ -263,6 +266,16 @@ TEST(WriterStructureTest, MisnestedCallsThrow)
 	EXPECT_THROW_MESSAGE(writer2.endElement("", "a", "a"), FISException, "endElement() without matching startElement()");
 	writer2.endCDATA();
 	writer2.endElement("", "a", "a");
+	writer2.endDocument();
+
+	// The refused calls wrote nothing.
+	std::ostringstream expected;
+	FastInfosetWriter writer3(expected);
+	writer3.startDocument();
+	writer3.emptyElement("", "a", "a");
+	writer3.emptyElement("", "a", "a");
+	writer3.endDocument();
+	EXPECT_EQ(hex(expected.str()), hex(out2.str()));
 }
 
 
