@@ -378,6 +378,7 @@ namespace
 				const std::string publicId = text();
 				const std::string systemId = text();
 				_writer.startDTD(name, publicId, systemId);
+				flushTyped();
 				_expected.startDTD(name, publicId, systemId);
 				_states.push_back(DTD);
 			}

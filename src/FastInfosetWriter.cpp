@@ -990,6 +990,8 @@ void FastInfosetWriter::writeComment(const XMLString& str)
 void FastInfosetWriter::startDTD(const XMLString&, const XMLString& publicId, const XMLString& systemId)
 {
 	requireDocument("startDTD() not allowed outside the document");
+	// Typed values cannot follow it: its processing instructions would write them inside it.
+	handleEncodedData();
 	_states.push_back(IN_DTD);
 	padToOctet();
 	_writer.write(DOCUMENT_TYPE_DECLARATION, 6);

@@ -77,6 +77,9 @@ const ContentCase CONTENT_CASES[] = {
 	// and before a child element
 	{"typed then element", [](FastInfosetWriter& w) { w.encodedData(short(5)); w.emptyElement("", "b", "b"); },
 		"8C 09 0005 3C 0062 FF F0"},
+	// and before a document type declaration, whose instructions would otherwise write them inside it
+	{"typed then doctype", [](FastInfosetWriter& w) { w.encodedData(short(5)); w.startDTD("r", "", ""); w.processingInstruction("t", "d"); w.endDTD(); },
+		"8C 09 0005 C4 E1 0074 40 64 FF F0"},
 	// CDATA: 10 0 1, then 11 + algorithm 10 (00001001), length 3 (10 + 0);
 	// found in the table, a CDATA chunk is an index and loses its marking
 	{"cdata repeated as index", [](FastInfosetWriter& w) {
