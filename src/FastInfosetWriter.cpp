@@ -249,6 +249,7 @@ void FastInfosetWriter::endDocument()
 void FastInfosetWriter::startElement(const XMLString& namespaceURI, const XMLString& localName, const XMLString& qname, const Attributes& attributes)
 {
 	requireDocument("startElement() not allowed outside the document");
+	requireOutsideDTD("startElement() not allowed inside a document type declaration");
 	const XMLString* pPrefix;
 	const XMLString* pLocalName;
 	elementName(namespaceURI, localName, qname, pPrefix, pLocalName);
@@ -360,6 +361,13 @@ void FastInfosetWriter::requireDocument(const char* message) const
 	// Before the header or after the end an item would leave a stream that
 	// no parser reads.
 	if (_states.back() == UNINITIALIZED) throw FISException(message);
+}
+
+
+void FastInfosetWriter::requireOutsideDTD(const char* message) const
+{
+	// A document type declaration holds processing instructions only.
+	if (_states.back() == IN_DTD) throw FISException(message);
 }
 
 
@@ -914,6 +922,7 @@ void FastInfosetWriter::startCDATA()
 {
 	if (_states.back() == IN_CDATA) throw FISException("Cannot nest CDATA sections");
 	requireDocument("startCDATA() not allowed outside the document");
+	requireOutsideDTD("startCDATA() not allowed inside a document type declaration");
 	_states.push_back(IN_CDATA);
 }
 
@@ -990,6 +999,7 @@ void FastInfosetWriter::writeComment(const XMLString& str)
 void FastInfosetWriter::startDTD(const XMLString&, const XMLString& publicId, const XMLString& systemId)
 {
 	requireDocument("startDTD() not allowed outside the document");
+	requireOutsideDTD("startDTD() not allowed inside a document type declaration");
 	// Typed values cannot follow it: its processing instructions would write them inside it.
 	handleEncodedData();
 	_states.push_back(IN_DTD);

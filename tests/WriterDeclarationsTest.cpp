@@ -152,13 +152,18 @@ TEST(WriterDeclarationsTest, DeclarationsAfterStartDocumentAssert)
 }
 
 
-TEST(WriterDeclarationsTest, DoctypeMustEndOnAnOctetBoundary)
+TEST(WriterDeclarationsTest, OnlyInstructionsInsideADoctype)
 {
-	// an element end inside the declaration leaves a terminator open
 	std::ostringstream out;
 	FastInfosetWriter writer(out);
 	writer.startDocument();
 	writer.startDTD("r", "", "");
-	writer.emptyElement("", "a", "a");
-	EXPECT_ASSERTION(writer.endDTD(), "_writer.bitPos() == 4");
+	EXPECT_THROW_MESSAGE(writer.emptyElement("", "a", "a"), FISException, "startElement() not allowed inside a document type declaration");
+	EXPECT_THROW_MESSAGE(writer.startDTD("r", "", ""), FISException, "startDTD() not allowed inside a document type declaration");
+	EXPECT_THROW_MESSAGE(writer.startCDATA(), FISException, "startCDATA() not allowed inside a document type declaration");
+	writer.processingInstruction("t", "d");
+	writer.endDTD();
+	writer.endDocument();
+	// 110001 00, the instruction, then the ends of the declaration and the document
+	EXPECT_EQ(golden("E0000001 00 C4 E1 0074 40 64 FF"), hex(out.str()));
 }

@@ -331,6 +331,7 @@ private:
 		/// its prefix when needed.
 	void requireState(State state, const char* message) const;
 	void requireDocument(const char* message) const;
+	void requireOutsideDTD(const char* message) const;
 	void requireElementContent() const;
 	void padToOctet();
 	void writeTerminator();
