@@ -77,6 +77,7 @@ EventRecord::EventRecord():
 void EventRecord::clear()
 {
 	_lines.clear();
+	_elements.clear();
 	_pending = NOTHING;
 	_data.clear();
 	_volume = 0;
@@ -177,8 +178,15 @@ void EventRecord::endDocument()
 }
 
 
-void EventRecord::startElement(const XMLString& uri, const XMLString& localName, const XMLString&, const Korvo::XML::Attributes& attributes)
+void EventRecord::startElement(const XMLString& uri, const XMLString& localName, const XMLString& qname, const Korvo::XML::Attributes& attributes)
 {
+	const std::size_t colon = qname.find(':');
+	Element element;
+	element.prefix = colon == std::string::npos ? std::string() : qname.substr(0, colon);
+	element.namespacedAttribute = false;
+	for (int i = 0; i < attributes.getLength(); ++i)
+		element.namespacedAttribute = element.namespacedAttribute || !attributes.getURI(i).empty();
+	_elements.push_back(element);
 	bool keep = counts({&uri, &localName});
 	_emptyLocalName = _emptyLocalName || localName.empty();
 	for (int i = 0; i < attributes.getLength(); ++i)
@@ -227,7 +235,8 @@ void EventRecord::processingInstruction(const XMLString& target, const XMLString
 
 void EventRecord::startPrefixMapping(const XMLString& prefix, const XMLString& uri)
 {
-	if (counts({&prefix, &uri})) record("ns " + prefix + "=" + uri);
+	// The prefix's length first, since any octet may be in a prefix.
+	if (counts({&prefix, &uri})) record("ns " + std::to_string(prefix.size()) + " " + prefix + "=" + uri);
 }
 
 

@@ -35,7 +35,8 @@ class EventRecord: public FISContentHandler, public Korvo::XML::LexicalHandler, 
 	/// it was written:
 	///
 	///     start {urn:x}item @{}id=42
-	///     ns p=urn:x            (before the start of its element)
+	///     ns 1 p=urn:x          (the length of the prefix, the prefix and
+	///                           the namespace, before the start of its element)
 	///     text Hello
 	///     int 42
 	///     binary 0A0B
@@ -65,6 +66,18 @@ public:
 
 	bool overflowed() const;
 		/// True when the events went past the volume limit.
+
+	struct Element
+	{
+		std::string prefix;
+			/// The prefix of its qualified name.
+		bool namespacedAttribute;
+			/// True when it has an attribute in a namespace.
+	};
+
+	const std::vector<Element>& elements() const;
+		/// What each element, in document order, says besides the lines: a
+		/// writer may choose other prefixes.
 
 	bool hasEmptyLocalName() const;
 		/// True when an element or attribute had an empty local name, which
@@ -130,6 +143,7 @@ private:
 	void touch(const char* pData, std::size_t length);
 
 	std::vector<std::string> _lines;
+	std::vector<Element> _elements;
 	Pending _pending;
 	std::string _data;
 	bool _cutTextAtNul;
@@ -146,6 +160,12 @@ private:
 inline bool EventRecord::overflowed() const
 {
 	return _volume > _volumeLimit;
+}
+
+
+inline const std::vector<EventRecord::Element>& EventRecord::elements() const
+{
+	return _elements;
 }
 
 

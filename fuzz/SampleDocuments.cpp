@@ -161,6 +161,25 @@ namespace
 		writer.endDocument();
 	}
 
+	void beyondOneBuffer(FastInfosetWriter& writer)
+	{
+		// Past the 1024 octets a stream reader reads at a time, with a
+		// string and a typed value across the boundaries.
+		writer.startDocument();
+		writer.startElement(NONE, "big", NONE, AttributesImpl());
+		for (int i = 0; i < 20; ++i)
+		{
+			AttributesImpl attributes;
+			attributes.addAttribute(NONE, "n", "n", "CDATA", std::to_string(i));
+			writer.emptyElement(NONE, "e" + std::to_string(i % 7), NONE, attributes);
+		}
+		writer.characters(std::string(1100, 'x'));
+		const std::string octets(700, '\x5A');
+		writer.binaryData(octets.data(), static_cast<unsigned>(octets.size()));
+		writer.endElement(NONE, "big", NONE);
+		writer.endDocument();
+	}
+
 	void hashTables(FastInfosetWriter& writer)
 	{
 		writer.startDocument();
@@ -183,6 +202,7 @@ std::vector<SampleDocument> sampleDocuments()
 		{"lexical", written(lexicalItems)},
 		{"vocabulary", written(initialVocabulary)},
 		{"long", written(longStrings)},
+		{"large", written(beyondOneBuffer)},
 		{"hash", written(hashTables, DocumentVocabulary::VOC_HASH)},
 		{"strings", octetsOfHex("E0 00 00 01 00" + root + "91 68 69 A0 86 01 00 68 00 69 88 01 12 3F 88 06 00 12 B3 0F"
 			"8C 0E 05 00 00 00 01 FF FF FF FF 8C 14 1A 8C 22 0D 6B A7 B8 10 9D AD 11 D1 80 B4 00 C0 4F D4 30 C8"

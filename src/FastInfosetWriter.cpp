@@ -274,8 +274,10 @@ void FastInfosetWriter::elementName(const XMLString& namespaceURI, const XMLStri
 	{
 		if (!namespaceURI.empty())
 		{
-			if (!_namespaces.isMapped(namespaceURI)) _namespaces.declarePrefix(unusedPrefix(), namespaceURI);
-			pPrefix = &_namespaces.getPrefix(namespaceURI);
+			if (!_namespaces.isMapped(namespaceURI)) declarePrefix(unusedPrefix(), namespaceURI);
+			// A copy: declaring the attributes' prefixes may replace the entry.
+			_namePrefix = _namespaces.getPrefix(namespaceURI);
+			pPrefix = &_namePrefix;
 		}
 	}
 	else if (namespaceURI.empty() && localName.empty() && !qname.empty())
@@ -287,7 +289,7 @@ void FastInfosetWriter::elementName(const XMLString& namespaceURI, const XMLStri
 		Name::split(qname, _namePrefix, _nameLocal);
 		if (_namePrefix.empty()) _namePrefix = _namespaces.getPrefix(namespaceURI);
 		if (!namespaceURI.empty() && _namespaces.getURI(_namePrefix) != namespaceURI)
-			_namespaces.declarePrefix(_namePrefix, namespaceURI);
+			declarePrefix(_namePrefix, namespaceURI);
 		pPrefix = &_namePrefix;
 	}
 	else throw FISException("Tag mismatch", nameToString(localName, qname));
@@ -405,7 +407,18 @@ void FastInfosetWriter::writeTerminator()
 
 void FastInfosetWriter::startPrefixMapping(const XMLString& prefix, const XMLString& uri)
 {
-	if (prefix != NamespaceSupport::XML_NAMESPACE_PREFIX) _namespaces.declarePrefix(prefix, uri);
+	if (prefix != NamespaceSupport::XML_NAMESPACE_PREFIX) declarePrefix(prefix, uri);
+}
+
+
+void FastInfosetWriter::declarePrefix(const XMLString& prefix, const XMLString& uri)
+{
+	// The namespace support keeps the first declaration of a prefix in a
+	// context. The last must count: a prefix that the writer declared for an
+	// element stays in the context of its siblings, which may declare it anew.
+	// Refused, the prefix is in this context, where undeclaring it removes it.
+	if (!_namespaces.declarePrefix(prefix, uri) && _namespaces.undeclarePrefix(prefix))
+		_namespaces.declarePrefix(prefix, uri);
 }
 
 
@@ -454,7 +467,7 @@ void FastInfosetWriter::declareAttributeNamespaces(const Attributes& attributes)
 		if (uri.empty() || attributes.getLocalName(i).empty()) continue;
 		Name::split(attributes.getQName(i), _scratchPrefix, _scratchLocal);
 		if (_scratchPrefix.empty()) _scratchPrefix = _namespaces.getPrefix(uri);
-		if (_namespaces.getURI(_scratchPrefix) != uri) _namespaces.declarePrefix(_scratchPrefix, uri);
+		if (_namespaces.getURI(_scratchPrefix) != uri) declarePrefix(_scratchPrefix, uri);
 	}
 }
 

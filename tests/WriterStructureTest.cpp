@@ -118,6 +118,15 @@ const StructureCase STRUCTURE_CASES[] = {
 		w.endElement("urn:p", "a", "p:a");
 		w.endPrefixMapping("p"); },
 		"38 CF 0070 04 75726E3A70 F0 3F 81 81 0061 3F 81 81 0062 FF F0"},
+	// <r><p:x xmlns:p="urn:a"/><p:y xmlns:p="urn:b"/></r>: p, declared for x by the writer, is declared anew for y
+	{"prefix redeclared for a sibling", [](FastInfosetWriter& w) {
+		w.startElement("", "r", "r", NO_ATTRIBUTES);
+		w.emptyElement("urn:a", "x", "p:x");
+		w.startPrefixMapping("p", "urn:b");
+		w.emptyElement("urn:b", "y", "p:y");
+		w.endPrefixMapping("p");
+		w.endElement("", "r", "r"); },
+		"3C 0072 38 CF 0070 04 75726E3A61 F0 3F 81 81 0078 F0 38 CF 81 04 75726E3A62 F0 3F 81 82 0079 FF F0"},
 	// <a xmlns="urn:d"/>: namespace attribute 110011 01, name 1111 01
 	{"default namespace", [](FastInfosetWriter& w) {
 		w.startPrefixMapping("", "urn:d");

@@ -333,6 +333,7 @@ private:
 	void requireDocument(const char* message) const;
 	void requireOutsideDTD(const char* message) const;
 	void requireElementContent() const;
+	void declarePrefix(const Korvo::XML::XMLString& prefix, const Korvo::XML::XMLString& uri);
 	void padToOctet();
 	void writeTerminator();
 	bool isIndexable(std::size_t length) const;
