@@ -25,7 +25,7 @@
 // add: every declaration of an element must be among those written for
 // it, unless the element's name uses the prefix itself (the writer binds
 // it to the element's namespace) or the element has an attribute in a
-// namespace (the writer may bind the default namespace to its namespace).
+// namespace (the writer binds a prefix to it, which may be any other).
 // What the writer is specified to refuse is accepted as a refusal:
 // an empty local name ("Tag mismatch", assertion "!localName.empty()"),
 // and, when it takes the document's vocabulary, initial tables of
@@ -249,7 +249,7 @@ namespace
 			{
 				const std::string& prefix = declaration.first;
 				const EventRecord::Element& element = original.elements()[i];
-				if (prefix == element.prefix || (prefix.empty() && element.namespacedAttribute)) continue;
+				if (prefix == element.prefix || element.namespacedAttribute) continue;
 				auto it = actual[i].namespaces.find(prefix);
 				if (it == actual[i].namespaces.end() || it->second.size() != 1 || declaration.second.count(*it->second.begin()) == 0)
 					fail("the written document loses the declaration of '" + prefix + "' on '" + expected[i].start + "'");

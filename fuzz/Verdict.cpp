@@ -80,6 +80,9 @@ const Assertions PARSER_ASSERTIONS =
 	"this->_index.size() > idx", // an index past a hash or map table
 	"vocabulary > 0 && vocabulary <= _alphabets.size()", // no such restricted alphabet
 	"!existed",                  // an initial vocabulary that repeats an entry
+	// The platform's stream opener refuses an empty path so, and an external
+	// vocabulary's URI may give one; what the opener throws passes unchanged.
+	"!_path.empty()",
 };
 
 
@@ -91,7 +94,18 @@ Finding::Finding(const std::string& what):
 
 void fail(const std::string& what)
 {
-	throw Finding(what);
+	// Documents put any octet into names and text: show them readably.
+	static const char DIGITS[] = "0123456789ABCDEF";
+	std::string message;
+	for (char c: what)
+	{
+		const unsigned char octet = static_cast<unsigned char>(c);
+		if ((octet < 0x20 && c != '\n') || octet >= 0x7F)
+			message += std::string("\\x") + DIGITS[octet >> 4] + DIGITS[octet & 0x0F];
+		else
+			message += c;
+	}
+	throw Finding(message);
 }
 
 
