@@ -85,3 +85,14 @@ TEST_P(ReplayTest, KeptInputs)
 
 INSTANTIATE_TEST_SUITE_P(Fuzz, ReplayTest, testing::ValuesIn(TARGETS),
 	[](const testing::TestParamInfo<Target>& info) { return std::string(info.param.name); });
+
+
+#if defined(__SANITIZE_ADDRESS__)
+TEST(ReplayMemoryTest, AllocationsAreWatched)
+{
+	// Under AddressSanitizer the parse target holds the library to its memory limit.
+	AllocationWatch watch;
+	std::string block(1000, 'x');
+	EXPECT_GE(watch.peak(), 1000u);
+}
+#endif

@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Sets everything up, then builds and runs the whole test suite twice:
-# a plain build, and one under AddressSanitizer + UndefinedBehaviorSanitizer.
+# a plain build, and one under AddressSanitizer + UndefinedBehaviorSanitizer;
+# then fuzzes each libFuzzer target briefly (clang, about a minute in all).
 set -euo pipefail
 cd "$(dirname "$0")/.."
 jobs=$(nproc)
@@ -14,3 +15,6 @@ scripts/setup.sh build-asan -DKORVO_SANITIZE=ON -DKORVO_BUILD_BENCH=OFF -DCMAKE_
 export ASAN_OPTIONS=halt_on_error=1:detect_leaks=1
 export UBSAN_OPTIONS=halt_on_error=1:print_stacktrace=1
 (cd build-asan && ctest --output-on-failure -j "$jobs")
+
+echo "== fuzzing smoke run (libFuzzer)"
+scripts/fuzz.sh smoke
