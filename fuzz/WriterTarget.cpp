@@ -173,6 +173,28 @@ namespace
 			return &_optional.back();
 		}
 
+		struct Names
+		{
+			std::string uri;
+			std::string localName;
+			std::string qname;
+
+			std::string elementName() const
+				/// Without a local name an element is named by its whole qualified name.
+			{
+				return localName.empty() ? qname : localName;
+			}
+		};
+
+		Names names()
+		{
+			Names result;
+			result.uri = text();
+			result.localName = text();
+			result.qname = text();
+			return result;
+		}
+
 		static std::string localPart(const std::string& qname)
 		{
 			XMLString prefix;
@@ -196,21 +218,19 @@ namespace
 			}
 		}
 
-		void startElement(const std::string& uri, const std::string& localName, const std::string& qname, const AttributesImpl& given, const AttributesImpl& expected)
+		void startElement(const Names& element, const AttributesImpl& given, const AttributesImpl& expected)
 		{
-			_writer.startElement(uri, localName, qname, given);
-			// Without a local name an element is named by its whole qualified name.
-			const std::string elementName = localName.empty() ? qname : localName;
+			_writer.startElement(element.uri, element.localName, element.qname, given);
 			flushTyped();
-			_expected.startElement(uri, elementName, "", expected);
-			_elements.emplace_back(uri, elementName);
+			_expected.startElement(element.uri, element.elementName(), "", expected);
+			_elements.emplace_back(element.uri, element.elementName());
 			_states.push_back(ELEMENT);
 		}
 
-		void endElement(const std::string& uri, const std::string& localName, const std::string& qname)
+		void endElement(const Names& element)
 		{
 			// The writer ends the element that is open, whatever the names say.
-			_writer.endElement(uri, localName, qname);
+			_writer.endElement(element.uri, element.localName, element.qname);
 			if (_elements.empty()) fail("the writer ends an element that was never started");
 			flushTyped();
 			_expected.endElement(_elements.back().first, _elements.back().second, "");
@@ -243,6 +263,13 @@ namespace
 		void typed(const Event& event)
 		{
 			_typed.push_back(event);
+		}
+
+		template <typename T>
+		void encoded(const T& value)
+		{
+			_writer.encodedData(value);
+			typed([=](EventRecord& record) { record.encodedData(value); });
 		}
 
 		void flushTyped()
@@ -301,22 +328,15 @@ namespace
 			break;
 		case START_ELEMENT:
 			{
-				const std::string uri = text();
-				const std::string localName = text();
-				const std::string qname = text();
+				const Names element = names();
 				AttributesImpl given;
 				AttributesImpl expected;
 				attributes(given, expected);
-				startElement(uri, localName, qname, given, expected);
+				startElement(element, given, expected);
 			}
 			break;
 		case END_ELEMENT:
-			{
-				const std::string uri = text();
-				const std::string localName = text();
-				const std::string qname = text();
-				endElement(uri, localName, qname);
-			}
+			endElement(names());
 			break;
 		case CHARACTERS:
 			someCharacters(false);
@@ -415,46 +435,22 @@ namespace
 			}
 			break;
 		case SHORT:
-			{
-				const short value = valueOf<short>(_input);
-				_writer.encodedData(value);
-				typed([=](EventRecord& record) { record.encodedData(value); });
-			}
+			encoded(valueOf<short>(_input));
 			break;
 		case INT:
-			{
-				const int value = valueOf<int>(_input);
-				_writer.encodedData(value);
-				typed([=](EventRecord& record) { record.encodedData(value); });
-			}
+			encoded(valueOf<int>(_input));
 			break;
 		case LONG:
-			{
-				const long long value = valueOf<long long>(_input);
-				_writer.encodedData(value);
-				typed([=](EventRecord& record) { record.encodedData(value); });
-			}
+			encoded(valueOf<long long>(_input));
 			break;
 		case BOOL:
-			{
-				const bool value = (_input.octet() & 1) != 0;
-				_writer.encodedData(value);
-				typed([=](EventRecord& record) { record.encodedData(value); });
-			}
+			encoded((_input.octet() & 1) != 0);
 			break;
 		case FLOAT:
-			{
-				const float value = valueOf<float>(_input);
-				_writer.encodedData(value);
-				typed([=](EventRecord& record) { record.encodedData(value); });
-			}
+			encoded(valueOf<float>(_input));
 			break;
 		case DOUBLE:
-			{
-				const double value = valueOf<double>(_input);
-				_writer.encodedData(value);
-				typed([=](EventRecord& record) { record.encodedData(value); });
-			}
+			encoded(valueOf<double>(_input));
 			break;
 		case UUID_VALUE:
 			{
@@ -462,49 +458,43 @@ namespace
 				octets.resize(16);
 				Korvo::UUID value;
 				value.copyFrom(octets.data());
-				_writer.encodedData(value);
-				typed([=](EventRecord& record) { record.encodedData(value); });
+				encoded(value);
 			}
 			break;
 		case EMPTY_ELEMENT:
 			{
-				const std::string uri = text();
-				const std::string localName = text();
-				const std::string qname = text();
+				const Names element = names();
 				AttributesImpl given;
 				AttributesImpl expected;
 				attributes(given, expected);
 				if (given.getLength() == 0)
-					_writer.emptyElement(uri, localName, qname);
+					_writer.emptyElement(element.uri, element.localName, element.qname);
 				else
-					_writer.emptyElement(uri, localName, qname, given);
-				const std::string elementName = localName.empty() ? qname : localName;
+					_writer.emptyElement(element.uri, element.localName, element.qname, given);
 				flushTyped();
-				_expected.startElement(uri, elementName, "", expected);
-				_expected.endElement(uri, elementName, "");
+				_expected.startElement(element.uri, element.elementName(), "", expected);
+				_expected.endElement(element.uri, element.elementName(), "");
 			}
 			break;
 		case DATA_ELEMENT:
 			{
-				const std::string uri = text();
-				const std::string localName = text();
-				const std::string qname = text();
+				const Names element = names();
 				const std::string data = text();
-				std::string names[3];
+				std::string attributeNames[3];
 				std::string values[3];
 				AttributesImpl expected;
 				for (int i = 0; i < 3; ++i)
 				{
-					names[i] = text();
+					attributeNames[i] = text();
 					values[i] = text();
-					if (!names[i].empty()) expected.addAttribute("", localPart(names[i]), "", "CDATA", values[i]);
+					if (!attributeNames[i].empty()) expected.addAttribute("", localPart(attributeNames[i]), "", "CDATA", values[i]);
 				}
-				_writer.dataElement(uri, localName, qname, data, names[0], values[0], names[1], values[1], names[2], values[2]);
-				const std::string elementName = localName.empty() ? qname : localName;
+				_writer.dataElement(element.uri, element.localName, element.qname, data,
+					attributeNames[0], values[0], attributeNames[1], values[1], attributeNames[2], values[2]);
 				flushTyped();
-				_expected.startElement(uri, elementName, "", expected);
+				_expected.startElement(element.uri, element.elementName(), "", expected);
 				characters(data);
-				_expected.endElement(uri, elementName, "");
+				_expected.endElement(element.uri, element.elementName(), "");
 			}
 			break;
 		case MAX_INDEXED_LENGTH:
