@@ -197,7 +197,12 @@ void AllocationWatch::expectAtMost(std::size_t limit, const char* pWhat) const
 
 std::size_t memoryLimit(std::size_t inputSize)
 {
-	return 4*1024*1024 + 64*inputSize;
+	// The fixed part covers the fresh tables of a document (about 100 KB,
+	// 0.9 MB for VOC_HASH, twice that when a document handler copies them).
+	// The multiple is what a namespace declaration or an attribute costs, a
+	// whole attribute record of about 250 octets for as little as one octet
+	// of input: 64 KB of them take up to 17 MB.
+	return 4*1024*1024 + 320*inputSize;
 }
 
 

@@ -89,7 +89,7 @@ private:
 std::size_t memoryLimit(std::size_t inputSize);
 	/// What the library may allocate for an input of inputSize octets: a
 	/// fixed allowance for its tables and buffers plus a multiple of the
-	/// input, so that no claimed length can make it allocate more.
+	/// input, so that no claimed length or count can make it allocate more.
 
 
 } } } // namespace Korvo::FastInfoset::Fuzz

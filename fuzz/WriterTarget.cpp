@@ -301,6 +301,7 @@ namespace
 		std::vector<std::pair<std::string, std::string>> _elements;
 		std::vector<State> _states;
 		std::deque<std::string> _optional;
+		std::vector<std::string> _dtdComments;
 		bool _ended;
 		bool _outOfRangeExpected;
 		std::string _document;
@@ -373,10 +374,14 @@ namespace
 		case COMMENT:
 			{
 				const std::string str = text();
-				const bool dropped = inDTD();
+				const bool inDeclaration = inDTD();
 				_writer.comment(str.data(), 0, static_cast<int>(str.size()));
-				// A document type declaration holds no comments.
-				if (!dropped)
+				// A document type declaration holds no comments: they follow it.
+				if (inDeclaration)
+				{
+					_dtdComments.push_back(str);
+				}
+				else
 				{
 					flushTyped();
 					_expected.comment(str.data(), 0, static_cast<int>(str.size()));
@@ -406,6 +411,8 @@ namespace
 		case END_DTD:
 			_writer.endDTD();
 			_expected.endDTD();
+			for (const std::string& str: _dtdComments) _expected.comment(str.data(), 0, static_cast<int>(str.size()));
+			_dtdComments.clear();
 			pop();
 			break;
 		case NOTATION:
