@@ -26,13 +26,13 @@
 // it, unless the element's name uses the prefix itself (the writer binds
 // it to the element's namespace) or the element has an attribute in a
 // namespace (the writer binds a prefix to it, which may be any other).
-// What the writer is specified to refuse is accepted as a refusal:
+// What the writer refuses by design is accepted as a refusal:
 // an empty local name ("Tag mismatch", assertion "!localName.empty()"),
 // and, when it takes the document's vocabulary, initial tables of
 // encoded strings or names (the bit writer's assertion). Documents that
 // the writer cannot write as they are are only written, not compared: an
 // empty local name with a prefix (the writer takes the qualified name as
-// the name) and, as specified, initial tables of more than 128 entries
+// the name) and, by design, initial tables of more than 128 entries
 // (which do not read back).
 //
 // Copyright (c) 2026, Korvo FastInfoset developers.
@@ -157,7 +157,7 @@ namespace
 	}
 
 	bool write(const Settings& settings, const char* pData, std::size_t size, std::ostream& output)
-		/// False when the writer refuses the document as specified.
+		/// False when the writer refuses the document by design.
 	{
 		FastInfosetParser parser(settings.parserImpl);
 		FastInfosetWriter writer(output, false, settings.writerImpl);

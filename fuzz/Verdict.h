@@ -44,7 +44,7 @@ public:
 
 using Assertions = std::vector<const char*>;
 	/// Conditions of the foundation's assertions that bad input may break
-	/// because the library is specified to assert them.
+	/// because the library asserts them by design.
 
 
 extern const Assertions PARSER_ASSERTIONS;

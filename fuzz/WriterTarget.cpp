@@ -22,7 +22,7 @@
 // Each call either returns or refuses with an exception; the first refusal
 // ends the sequence, since the writer is then not repaired. A refusal must
 // be an exception of the library or the platform (acceptRefusal), or one
-// of the assertions the writer is specified to make. When endDocument has
+// of the assertions the writer makes by design. When endDocument has
 // returned, the document written so far must read back with the events
 // the calls describe (EventRecord; namespace declarations, which the
 // writer chooses, are not compared), and nothing may be written after it.
