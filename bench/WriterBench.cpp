@@ -10,6 +10,7 @@
 //
 
 #include "BenchDocument.h"
+#include "BenchSupport.h"
 #include "Korvo/FastInfoset/FastInfosetWriter.h"
 #include "Poco/XML/XMLWriter.h"
 #include <benchmark/benchmark.h>
@@ -17,7 +18,6 @@
 #include <cstdlib>
 #include <new>
 #include <ostream>
-#include <streambuf>
 #include <string>
 
 using namespace Korvo::FastInfoset;
@@ -55,39 +55,6 @@ void operator delete(void* p, std::size_t) noexcept
 namespace {
 
 
-class MemoryBuffer: public std::streambuf
-	/// Collects the output in one string that keeps its capacity between
-	/// runs, so that the stream costs the same for every writer.
-{
-public:
-	void clear()
-	{
-		_data.clear();
-	}
-
-	std::size_t size() const
-	{
-		return _data.size();
-	}
-
-protected:
-	int_type overflow(int_type c) override
-	{
-		if (!traits_type::eq_int_type(c, traits_type::eof())) _data.push_back(static_cast<char>(c));
-		return traits_type::not_eof(c);
-	}
-
-	std::streamsize xsputn(const char* s, std::streamsize n) override
-	{
-		_data.append(s, static_cast<std::size_t>(n));
-		return n;
-	}
-
-private:
-	std::string _data;
-};
-
-
 const Bench::BenchDocument& document()
 {
 	static const Bench::BenchDocument DOCUMENT;
@@ -109,7 +76,7 @@ void report(benchmark::State& state, std::size_t bytes, std::size_t events, std:
 void writeFastInfoset(benchmark::State& state, DocumentVocabulary::VocabularyImpl impl)
 {
 	const Bench::BenchDocument& doc = document();
-	MemoryBuffer buffer;
+	Bench::MemoryBuffer buffer;
 	std::ostream out(&buffer);
 	std::size_t events = 0;
 	const std::size_t allocationsBefore = allocationCount;
@@ -119,7 +86,7 @@ void writeFastInfoset(benchmark::State& state, DocumentVocabulary::VocabularyImp
 		FastInfosetWriter writer(out, false, impl);
 		events = doc.write(writer);
 	}
-	report(state, buffer.size(), events, allocationCount - allocationsBefore);
+	report(state, buffer.data().size(), events, allocationCount - allocationsBefore);
 }
 
 
@@ -138,7 +105,7 @@ void BM_FastInfosetWriterMap(benchmark::State& state)
 void BM_XMLWriter(benchmark::State& state)
 {
 	const Bench::BenchDocument& doc = document();
-	MemoryBuffer buffer;
+	Bench::MemoryBuffer buffer;
 	std::ostream out(&buffer);
 	std::size_t events = 0;
 	const std::size_t allocationsBefore = allocationCount;
@@ -148,7 +115,7 @@ void BM_XMLWriter(benchmark::State& state)
 		Korvo::XML::XMLWriter writer(out, Korvo::XML::XMLWriter::CANONICAL);
 		events = doc.write(writer);
 	}
-	report(state, buffer.size(), events, allocationCount - allocationsBefore);
+	report(state, buffer.data().size(), events, allocationCount - allocationsBefore);
 }
 
 
