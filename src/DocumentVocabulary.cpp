@@ -16,6 +16,7 @@
 #include "Korvo/FastInfoset/MapVocabulary.h"
 #include "Korvo/FastInfoset/VectorVocabulary.h"
 #include <memory>
+#include <typeinfo>
 #include <utility>
 
 
@@ -41,6 +42,9 @@ namespace
 
 	const std::size_t TABLE_SLOTS = DocumentVocabulary::CHARACTER_CONTENT_CHUNK + 1;
 		// Entries of _vocabularies: the two unused ones and the eight string tables.
+
+	const std::size_t BUILT_IN_ALPHABETS = 15;
+		// Numeric, date-time and the 13 reserved ones, which a document cannot change.
 
 	template <class T>
 	T* cloneOf(const T* pTable)
@@ -139,27 +143,83 @@ DocumentVocabulary::~DocumentVocabulary()
 
 void DocumentVocabulary::reset()
 {
-	clear();
-	_vocabularies.reserve(TABLE_SLOTS);
-	_vocabularies.push_back(nullptr);
-	_vocabularies.push_back(nullptr);
-	switch (_impl)
+	// Tables of the chosen kind are emptied in place, which keeps their
+	// storage for the next document; any other table is made anew.
+	if (!emptyTables())
 	{
-	case VOC_HASH:
-		create<HashVocabulary>();
-		break;
-	case VOC_MAP:
-		create<MapVocabulary>();
-		break;
-	case VOC_VECTOR:
-		create<VectorVocabulary>();
-		break;
-	default:
-		throw Korvo::InvalidArgumentException("Unknown vocabulary implementation");
+		clear();
+		_vocabularies.reserve(TABLE_SLOTS);
+		_vocabularies.push_back(nullptr);
+		_vocabularies.push_back(nullptr);
+		switch (_impl)
+		{
+		case VOC_HASH:
+			create<HashVocabulary>();
+			break;
+		case VOC_MAP:
+			create<MapVocabulary>();
+			break;
+		case VOC_VECTOR:
+			create<VectorVocabulary>();
+			break;
+		default:
+			throw Korvo::InvalidArgumentException("Unknown vocabulary implementation");
+		}
 	}
 	init();
 	// Alphabets that a document declared must not carry into the next one.
-	_restrictedAlphabets = DocumentRestrictedAlphabet();
+	if (_restrictedAlphabets.alphabets().size() != BUILT_IN_ALPHABETS) _restrictedAlphabets = DocumentRestrictedAlphabet();
+}
+
+
+bool DocumentVocabulary::emptyTables()
+{
+	if (_vocabularies.size() != TABLE_SLOTS) return false;
+	for (std::size_t id = PREFIX; id < TABLE_SLOTS; ++id)
+	{
+		if (!isStandardTable(_vocabularies[id], STRING_TABLE_SIZES[id - PREFIX])) return false;
+	}
+	if (!isStandardTable(_pElementVocabulary, NAME_TABLE_SIZE) || !isStandardTable(_pAttributeVocabulary, NAME_TABLE_SIZE)) return false;
+
+	for (std::size_t id = PREFIX; id < TABLE_SLOTS; ++id) emptyTable(*_vocabularies[id]);
+	emptyTable(*_pElementVocabulary);
+	emptyTable(*_pAttributeVocabulary);
+	return true;
+}
+
+
+template <class T>
+bool DocumentVocabulary::isStandardTable(const Vocabulary<T>* pTable, unsigned int size) const
+{
+	if (!pTable) return false;
+	switch (_impl)
+	{
+	case VOC_HASH:
+		return typeid(*pTable) == typeid(HashVocabulary<T>) && static_cast<const HashVocabulary<T>*>(pTable)->tableSize() == size;
+	case VOC_MAP:
+		return typeid(*pTable) == typeid(MapVocabulary<T>);
+	case VOC_VECTOR:
+		return typeid(*pTable) == typeid(VectorVocabulary<T>);
+	default:
+		return false;
+	}
+}
+
+
+template <class T>
+void DocumentVocabulary::emptyTable(Vocabulary<T>& table)
+{
+	// Down to the placeholder; a table made without one (a difference) gets one.
+	if (!table.empty() && table.value(0) == T())
+	{
+		table.truncate(1);
+	}
+	else
+	{
+		table.truncate(0);
+		bool existed;
+		table.index(T(), existed);
+	}
 }
 
 

@@ -16,6 +16,7 @@
 #include "Korvo/FastInfoset/FISContentHandler.h"
 #include "Korvo/FastInfoset/FISDocumentHandler.h"
 #include "Korvo/FastInfoset/FISException.h"
+#include "Korvo/FastInfoset/Encoder.h"
 #include "Korvo/FastInfoset/EncodingAlgorithm.h"
 #include "Korvo/FastInfoset/NullEncoding.h"
 #include "Korvo/FastInfoset/NullRefEncoding.h"
@@ -445,6 +446,7 @@ void FastInfosetParser::parseElementChildren(BitStreamReader& aReader)
 	const std::size_t depth = _openElements.size();
 	for (;;)
 	{
+		if (aReader.bitPos() == 0) readBufferedChildren(aReader, depth);
 		unsigned char bits = 0;
 		if (!aReader.peek(bits, 4)) throw FISParseException("Unexpected end of stream while parsing element children");
 		if (bits != TERMINATOR)
@@ -453,6 +455,350 @@ void FastInfosetParser::parseElementChildren(BitStreamReader& aReader)
 			parseElementEnd(aReader);
 		else
 			return;
+	}
+}
+
+
+//
+// Children in their usual forms, read in place
+//
+// Most children of a document are elements named by index, their ends, and
+// character chunks given by index or as UTF-8 literals, all in their short
+// integer and length forms. Those are decoded here straight from the
+// buffered octets, and text that is not added to a table is handed to the
+// handler where it lies. Any other form, or a child that is not whole in
+// the buffer, is left to the general path above, which reads it from its
+// first octet: nothing here consumes a child it cannot finish, so faults
+// are reported there, as always.
+//
+
+
+namespace
+{
+	const std::size_t WINDOW = 64;
+		// Octets asked for before each child: enough for its head.
+
+	const unsigned int LARGEST_INDEX = Encoder::MAXINT20;
+
+	template <class T>
+	inline bool isFull(const Vocabulary<T>& table)
+		/// True when the table holds a value at the largest index the format
+		/// can refer to: both sides then add nothing more to it.
+	{
+		return table.lookup(LARGEST_INDEX) != nullptr;
+	}
+
+	inline bool indexFromSecondBit(const unsigned char*& p, const unsigned char* pEnd, unsigned& index)
+		/// The integer that starts at the second bit of *p, in its one-,
+		/// two- and three-octet forms (including 0, all ones).
+	{
+		const unsigned x = *p & 0x7F;
+		if (x < 64 || x == 127)
+		{
+			index = x == 127 ? 0 : x + 1;
+			p += 1;
+			return true;
+		}
+		if (x < 96)
+		{
+			if (pEnd - p < 2) return false;
+			index = ((x & 0x1F) << 8 | p[1]) + 65;
+			p += 2;
+			return true;
+		}
+		if (x >= 112 || pEnd - p < 3) return false;
+		index = ((x & 0x0F) << 16 | p[1] << 8 | p[2]) + 8257;
+		p += 3;
+		return index <= LARGEST_INDEX;
+	}
+
+	inline bool indexFromThirdBit(const unsigned char*& p, const unsigned char* pEnd, unsigned& index)
+		/// The integer that starts at the third bit of *p, in its one-,
+		/// two- and three-octet forms.
+	{
+		const unsigned x = *p & 0x3F;
+		if (x < 32)
+		{
+			index = x + 1;
+			p += 1;
+			return true;
+		}
+		if (x >= 48 || pEnd - p < 2 + (x >= 40)) return false;
+		if (x < 40)
+		{
+			index = ((x & 7) << 8 | p[1]) + 33;
+			p += 2;
+		}
+		else
+		{
+			index = ((x & 7) << 16 | p[1] << 8 | p[2]) + 2081;
+			p += 3;
+		}
+		return true;
+	}
+
+	inline bool indexFromFourthBit(const unsigned char*& p, const unsigned char* pEnd, unsigned& index)
+		/// The integer that starts at the fourth bit of *p, in its one-,
+		/// two- and three-octet forms.
+	{
+		const unsigned x = *p & 0x1F;
+		if (x < 16)
+		{
+			index = x + 1;
+			p += 1;
+			return true;
+		}
+		if (x >= 24 || pEnd - p < 2 + (x >= 20)) return false;
+		if (x < 20)
+		{
+			index = ((x & 3) << 8 | p[1]) + 17;
+			p += 2;
+		}
+		else
+		{
+			index = ((x & 3) << 16 | p[1] << 8 | p[2]) + 1041;
+			p += 3;
+		}
+		return true;
+	}
+
+	inline bool lengthFromFifthBit(const unsigned char*& p, const unsigned char* pEnd, std::size_t& length)
+		/// The octet-string length that starts at the fifth bit of *p; p
+		/// then points at the octets, which must all lie before pEnd.
+	{
+		const unsigned x = *p & 0x0F;
+		if (x < 8)
+		{
+			length = x + 1;
+			p += 1;
+		}
+		else if (x == 8 && pEnd - p >= 2)
+		{
+			length = p[1] + 9u;
+			p += 2;
+		}
+		else return false;
+		return static_cast<std::size_t>(pEnd - p) >= length;
+	}
+
+	inline bool lengthFromSeventhBit(const unsigned char*& p, const unsigned char* pEnd, std::size_t& length)
+		/// The octet-string length that starts at the seventh bit of *p.
+	{
+		const unsigned x = *p & 0x03;
+		if (x < 2)
+		{
+			length = x + 1;
+			p += 1;
+		}
+		else if (x == 2 && pEnd - p >= 2)
+		{
+			length = p[1] + 3u;
+			p += 2;
+		}
+		else if (x == 3 && pEnd - p >= 5)
+		{
+			length = (Korvo::UInt32(p[1]) << 24 | Korvo::UInt32(p[2]) << 16 | Korvo::UInt32(p[3]) << 8 | p[4]) + 259ull;
+			p += 5;
+		}
+		else return false;
+		return static_cast<std::size_t>(pEnd - p) >= length;
+	}
+}
+
+
+void FastInfosetParser::readBufferedChildren(BitStreamReader& aReader, std::size_t depth)
+{
+	for (;;)
+	{
+		std::size_t available = 0;
+		const unsigned char* const pStart = aReader.octets(WINDOW, available);
+		const unsigned char* const pEnd = pStart + available;
+		// Children are read while a whole head fits, or up to the end of the data.
+		const unsigned char* const pLast = available <= WINDOW ? pEnd : pEnd - WINDOW;
+		const unsigned char* p = pStart;
+		bool more = true;
+		while (more && p < pLast)
+		{
+			const unsigned char* pChild = p;
+			const unsigned char selector = *p;
+			if (selector < 0x80)
+			{
+				more = readBufferedElement(p, pEnd);
+			}
+			else if (selector < 0xC0)
+			{
+				more = readBufferedCharacters(p, pEnd);
+			}
+			else if (selector >= 0xF0 && _openElements.size() > depth)
+			{
+				// An end, and in the same octet either padding or the end of the
+				// parent, unless that is the end of the children read here.
+				const bool parentEnds = (selector & TERMINATOR) == TERMINATOR;
+				more = !parentEnds || _openElements.size() > depth + 1;
+				if (more)
+				{
+					endElement();
+					if (parentEnds) endElement();
+					p += 1;
+				}
+			}
+			else more = false;
+			if (!more) p = pChild;
+		}
+		aReader.skipOctets(static_cast<std::size_t>(p - pStart));
+		if (!more || available < WINDOW) return;
+	}
+}
+
+
+bool FastInfosetParser::readBufferedElement(const unsigned char*& p, const unsigned char* pEnd)
+{
+	const bool hasAttributes = (*p & 0x40) != 0;
+	// Namespace attributes (111000) and literal names (1111) take the general path.
+	if ((*p & 0x3F) == NAMESPACE_ATTRIBUTES || (*p & 0x3C) == 0x3C) return false;
+	unsigned nameIndex = 0;
+	if (!indexFromThirdBit(p, pEnd, nameIndex)) return false;
+	const ResolvedQualName* pName = knownName(nameIndex, true);
+	if (!pName) return false;
+
+	const AttributesImpl* pAttributes = &_noAttributes;
+	bool endsAtOnce = false;
+	if (hasAttributes)
+	{
+		// All attributes are read before any value enters its table, so
+		// that an element left to the general path has changed nothing.
+		BufferedAttribute attributes[MAX_BUFFERED_ATTRIBUTES];
+		std::size_t count = 0;
+		for (;;)
+		{
+			if (p == pEnd) return false;
+			if (*p & 0x80) break;
+			// '0', the name from the second bit, then the value from the next octet.
+			if ((*p & 0x78) == 0x78 || count == MAX_BUFFERED_ATTRIBUTES) return false;
+			BufferedAttribute& attribute = attributes[count++];
+			unsigned attributeIndex = 0;
+			if (!indexFromSecondBit(p, pEnd, attributeIndex)) return false;
+			attribute.pName = knownName(attributeIndex, false);
+			if (!attribute.pName || p == pEnd || !readBufferedValue(p, pEnd, attribute)) return false;
+		}
+		// The list ends with 1111; the next four bits end the element at
+		// once or are padding before its first child.
+		endsAtOnce = (*p & TERMINATOR) == TERMINATOR;
+		p += 1;
+
+		RecycledAttributes& list = attributeList(nameIndex);
+		list.restart();
+		for (std::size_t i = 0; i < count; ++i)
+		{
+			const BufferedAttribute& attribute = attributes[i];
+			const ResolvedQualName& name = *attribute.pName;
+			const std::string* pPrefix = _attributeQNames ? name.pPrefix : nullptr;
+			if (attribute.pIndexed)
+				list.add(name.pUri, name.pLocalName, *attribute.pIndexed, pPrefix);
+			else if (attribute.addToTable)
+				list.add(name.pUri, name.pLocalName, addValue(DocumentVocabulary::ATTRIBUTE_VALUE, attribute.pText, attribute.length), pPrefix);
+			else
+				list.add(name.pUri, name.pLocalName, attribute.pText, attribute.length, pPrefix);
+		}
+		list.finish();
+		pAttributes = &list.attributes();
+	}
+
+	if (_namespaceAttributes.getLength() > 0) _namespaceAttributes.clear();
+	if (_pContentHandler) _pContentHandler->startElement(*pName->pUri, *pName->pLocalName, qualifiedName(*pName), *pAttributes);
+	_openElements.push_back(*pName);
+	if (endsAtOnce) endElement();
+	return true;
+}
+
+
+bool FastInfosetParser::readBufferedValue(const unsigned char*& p, const unsigned char* pEnd, BufferedAttribute& attribute)
+{
+	attribute.pIndexed = nullptr;
+	if (*p & 0x80)
+	{
+		unsigned index = 0;
+		if (!indexFromSecondBit(p, pEnd, index)) return false;
+		attribute.pIndexed = _vocabulary.vocabulary(DocumentVocabulary::ATTRIBUTE_VALUE)->lookup(index);
+		return attribute.pIndexed != nullptr;
+	}
+	// '0', add-to-table, 00 for UTF-8, then the length from the fifth bit.
+	if (*p & 0x30) return false;
+	attribute.addToTable = (*p & 0x40) != 0;
+	if (!lengthFromFifthBit(p, pEnd, attribute.length)) return false;
+	attribute.pText = reinterpret_cast<const char*>(p);
+	p += attribute.length;
+	return true;
+}
+
+
+bool FastInfosetParser::readBufferedCharacters(const unsigned char*& p, const unsigned char* pEnd)
+{
+	// '10', then '1' and an index from the fourth bit, or '0', add-to-table,
+	// 00 for UTF-8 and the length from the seventh bit.
+	if (*p & 0x20)
+	{
+		unsigned index = 0;
+		if (!indexFromFourthBit(p, pEnd, index)) return false;
+		const std::string* pText = _vocabulary.vocabulary(DocumentVocabulary::CHARACTER_CONTENT_CHUNK)->lookup(index);
+		if (!pText) return false;
+		deliverText(*pText);
+		return true;
+	}
+	if (*p & 0x0C) return false;
+	const bool addToTable = (*p & 0x10) != 0;
+	std::size_t length = 0;
+	if (!lengthFromSeventhBit(p, pEnd, length)) return false;
+	const char* pText = reinterpret_cast<const char*>(p);
+	p += length;
+	if (addToTable)
+		deliverText(addValue(DocumentVocabulary::CHARACTER_CONTENT_CHUNK, pText, length));
+	else if (_pContentHandler)
+		_pContentHandler->characters(pText, 0, static_cast<int>(length));
+	return true;
+}
+
+
+const std::string& FastInfosetParser::addValue(DocumentVocabulary::ID id, const char* pText, std::size_t length)
+{
+	// The value is built where the table keeps its next value, so that a
+	// new one is stored without a copy. A full table takes no more.
+	Vocabulary<std::string>& table = *_vocabulary.vocabulary(id);
+	std::string& value = table.spare();
+	value.assign(pText, length);
+	if (!isFull(table))
+	{
+		bool existed = false;
+		const unsigned index = table.index(value, existed);
+		if (existed) return table.value(index);
+	}
+	return value;
+}
+
+
+inline const FastInfosetParser::ResolvedQualName* FastInfosetParser::knownName(unsigned index, bool isElement)
+{
+	// The names already resolved; others are resolved here unless the index
+	// lies past the table, which the general path reports.
+	const std::vector<ResolvedQualName>& names = isElement ? _elementNames : _attributeNames;
+	if (index < names.size() && names[index].pLocalName) return &names[index];
+	if (!getQNameVocabulary(isElement).lookup(index)) return nullptr;
+	return &resolvedName(index, isElement);
+}
+
+
+inline void FastInfosetParser::endElement()
+{
+	ResolvedQualName qualName = _openElements.back();
+	_openElements.pop_back();
+	if (_pContentHandler)
+	{
+		_pContentHandler->endElement(*qualName.pUri, *qualName.pLocalName, qualifiedName(qualName));
+		// The shared list holds the declarations of the element that began last.
+		for (int i = 0; i < _namespaceAttributes.getLength(); ++i)
+		{
+			_pContentHandler->endPrefixMapping(_namespaceAttributes.getQName(i));
+		}
 	}
 }
 
@@ -563,18 +909,7 @@ void FastInfosetParser::parseElementEnd(BitStreamReader& aReader)
 {
 	unsigned char bits = readBits(aReader, 4, "Unexpected end of stream while parsing element");
 	if (bits != TERMINATOR) throw FISEncodingException("Termination flag not found");
-
-	ResolvedQualName qualName = _openElements.back();
-	_openElements.pop_back();
-	if (_pContentHandler)
-	{
-		_pContentHandler->endElement(*qualName.pUri, *qualName.pLocalName, qualifiedName(qualName));
-		// The shared list holds the declarations of the element that began last.
-		for (int i = 0; i < _namespaceAttributes.getLength(); ++i)
-		{
-			_pContentHandler->endPrefixMapping(_namespaceAttributes.getQName(i));
-		}
-	}
+	endElement();
 }
 
 

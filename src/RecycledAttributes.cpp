@@ -38,37 +38,56 @@ RecycledAttributes::RecycledAttributes():
 
 void RecycledAttributes::add(const std::string* pURI, const std::string* pLocalName, const std::string& value, const std::string* pPrefix)
 {
+	next(pURI, pLocalName, pPrefix).value = value;
+}
+
+
+void RecycledAttributes::add(const std::string* pURI, const std::string* pLocalName, const char* pValue, std::size_t length, const std::string* pPrefix)
+{
+	next(pURI, pLocalName, pPrefix).value.assign(pValue, length);
+}
+
+
+AttributesImpl::Attribute& RecycledAttributes::next(const std::string* pURI, const std::string* pLocalName, const std::string* pPrefix)
+{
 	if (_count == _attributes.getLength()) grow();
 
+	// The list offers its entries read-only only; they are this object's own,
+	// and writing them directly spares a call per name and value.
+	AttributesImpl::Attribute& attr = const_cast<AttributesImpl::Attribute&>(_attributes.begin()[_count]);
 	Source& source = _sources[_count];
 	if (source.pPrefix != pPrefix || (pPrefix && source.pLocalName != pLocalName))
 	{
-		setQName(pPrefix, *pLocalName);
+		setQName(attr, pPrefix, *pLocalName);
 		source.pPrefix = pPrefix;
 	}
 	if (source.pURI != pURI)
 	{
-		_attributes.setURI(_count, *pURI);
+		attr.namespaceURI = *pURI;
 		source.pURI = pURI;
 	}
 	if (source.pLocalName != pLocalName)
 	{
-		_attributes.setLocalName(_count, *pLocalName);
+		attr.localName = *pLocalName;
 		source.pLocalName = pLocalName;
 	}
-	_attributes.setValue(_count, value);
 	++_count;
+	return attr;
 }
 
 
-void RecycledAttributes::setQName(const std::string* pPrefix, const std::string& localName)
+void RecycledAttributes::setQName(AttributesImpl::Attribute& attr, const std::string* pPrefix, const std::string& localName)
 {
 	if (!pPrefix)
-		_attributes.setQName(_count, NO_NAME);
+		attr.qname.clear();
 	else if (pPrefix->empty())
-		_attributes.setQName(_count, localName);
+		attr.qname = localName;
 	else
-		_attributes.setQName(_count, *pPrefix + ':' + localName);
+	{
+		attr.qname = *pPrefix;
+		attr.qname += ':';
+		attr.qname += localName;
+	}
 }
 
 

@@ -49,6 +49,9 @@ public:
 		/// Appends an attribute. pURI, pLocalName and pPrefix point at table
 		/// strings. With a prefix, the attribute carries its qualified name.
 
+	void add(const std::string* pURI, const std::string* pLocalName, const char* pValue, std::size_t length, const std::string* pPrefix = nullptr);
+		/// Appends an attribute whose value is the length octets at pValue.
+
 	void finish();
 		/// Drops the entries that the element before had beyond this one's.
 
@@ -59,8 +62,10 @@ public:
 	const Korvo::XML::AttributesImpl& attributes() const;
 
 private:
-	void setQName(const std::string* pPrefix, const std::string& localName);
-		/// The current entry's qualified name: empty without a prefix.
+	Korvo::XML::AttributesImpl::Attribute& next(const std::string* pURI, const std::string* pLocalName, const std::string* pPrefix);
+		/// The entry for the next attribute, with its names set.
+	static void setQName(Korvo::XML::AttributesImpl::Attribute& attr, const std::string* pPrefix, const std::string& localName);
+		/// The entry's qualified name: empty without a prefix.
 	void grow();
 		/// Appends an empty entry with no source.
 	void dropUnused();

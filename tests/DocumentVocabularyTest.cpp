@@ -167,6 +167,25 @@ TEST_P(DocumentVocabularyTest, ResetReturnsToTheFreshState)
 }
 
 
+TEST_P(DocumentVocabularyTest, ResetEmptiesTablesInPlace)
+{
+	DV voc(GetParam());
+	Vocabulary<std::string>* pLocalNames = voc.vocabulary(DV::LOCAL_NAME);
+	for (int i = 0; i < 40; ++i) add(voc, DV::LOCAL_NAME, "n" + std::to_string(i));
+	voc.reset();
+	EXPECT_EQ(pLocalNames, voc.vocabulary(DV::LOCAL_NAME));
+	EXPECT_EQ(1u, pLocalNames->size());
+	EXPECT_EQ(1u, add(voc, DV::LOCAL_NAME, "n39"));
+
+	// A difference has no placeholders: reset gives it fresh tables.
+	DV difference = voc - DV(GetParam());
+	difference.reset();
+	EXPECT_EQ(2u, difference.vocabulary(DV::PREFIX)->size());
+	EXPECT_EQ("", difference.vocabulary(DV::LOCAL_NAME)->value(0));
+	EXPECT_EQ(1u, add(difference, DV::LOCAL_NAME, "x"));
+}
+
+
 INSTANTIATE_TEST_SUITE_P(Variants, DocumentVocabularyTest, testing::Values(DV::VOC_HASH, DV::VOC_MAP, DV::VOC_VECTOR));
 
 

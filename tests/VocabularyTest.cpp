@@ -207,6 +207,31 @@ TYPED_TEST(VocabularyTest, SubtractKeepsOrderAgainstEveryVariant)
 }
 
 
+TYPED_TEST(VocabularyTest, TruncateForgetsValuesAndSpareStoresInPlace)
+{
+	using T = typename TestFixture::T;
+	auto& table = *this->_pTable;
+	for (int i = 1; i <= 300; ++i) this->add(make<T>(i));
+	EXPECT_EQ(7u, this->find(table, make<T>(7)));
+	table.truncate(5);
+	EXPECT_EQ(5u, table.size());
+	EXPECT_EQ(make<T>(4), table.value(4));
+	EXPECT_EQ(4u, this->find(table, make<T>(4)));
+	EXPECT_EQ(NOT_FOUND, this->find(table, make<T>(5)));
+	EXPECT_EQ(NOT_FOUND, this->find(table, make<T>(299)));
+	EXPECT_EQ(nullptr, table.lookup(5));
+
+	// A value built in the spare storage is stored there.
+	T& spare = table.spare();
+	spare = make<T>(299);
+	EXPECT_EQ(5u, this->add(spare));
+	EXPECT_EQ(&spare, &table.value(5));
+	EXPECT_EQ(5u, this->find(table, make<T>(299)));
+	table.truncate(1);
+	EXPECT_EQ(1u, this->add(make<T>(4)));
+}
+
+
 TEST(HashVocabularyTest, FullTableThrowsAndStaysUnchanged)
 {
 	HashVocabulary<std::string> table(5);

@@ -19,6 +19,7 @@
 
 #include "Korvo/FastInfoset/FastInfoset.h"
 #include "Korvo/FastInfoset/Utility.h"
+#include <algorithm>
 #include <cstddef>
 #include <istream>
 #include <string>
@@ -89,6 +90,15 @@ public:
 		/// True when numBits (up to 64) more bits can be read; refills a stream reader
 		/// when needed. Unlike a read, it never fails an assertion on a
 		/// memory reader, so a caller can tell short data from bad data.
+
+	const unsigned char* octets(std::size_t wanted, std::size_t& available);
+		/// At an octet boundary: the buffered octets from the next one on, to
+		/// be read in place, and their number. A stream reader first refills
+		/// its buffer when fewer than wanted (at most BUFFER_SIZE) are
+		/// buffered; fewer are available only at the end of the data.
+
+	void skipOctets(std::size_t count);
+		/// Skips count of the octets that octets() made available.
 
 	bool eof() const;
 		/// True when no data is buffered and none can follow. A buffer whose
@@ -318,6 +328,28 @@ inline bool BitStreamReader::read(unsigned int& value, int numBits)
 	bool ok = hasBits(numBits);
 	value = ok ? take(numBits) : 0;
 	return ok;
+}
+
+
+inline const unsigned char* BitStreamReader::octets(std::size_t wanted, std::size_t& available)
+{
+	poco_assert_dbg (bitPos() == 0);
+	if (static_cast<std::size_t>(cachedBits()/8) < wanted)
+	{
+		if (_pStream)
+			refillBufferIfLessThan(static_cast<int>(std::min<std::size_t>(wanted, BUFFER_SIZE))*8);
+		else
+			slideWindow();
+	}
+	available = static_cast<std::size_t>(cachedBits()/8);
+	return _pBuffer + octetOffset();
+}
+
+
+inline void BitStreamReader::skipOctets(std::size_t count)
+{
+	poco_assert_dbg (count <= static_cast<std::size_t>(cachedBits()/8));
+	_bitOffset += static_cast<int>(count)*8;
 }
 
 

@@ -157,6 +157,12 @@ protected:
 
 private:
 	Vocabulary<std::string>& table(ID id) const;
+	bool emptyTables();
+		/// Empties every table in place when all are of the chosen kind.
+	template <class T>
+	bool isStandardTable(const Vocabulary<T>* pTable, unsigned int size) const;
+	template <class T>
+	static void emptyTable(Vocabulary<T>& table);
 	void swap(DocumentVocabulary& other);
 
 	VocabularyImpl                        _impl;

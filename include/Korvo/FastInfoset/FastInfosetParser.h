@@ -266,6 +266,38 @@ private:
 	void deliver(const Encoding& value);
 	void deliverText(const std::string& text);
 		/// Plain text, which reaches a typed handler as characters() too.
+	void endElement();
+		/// The events that close the innermost open element.
+
+	void readBufferedChildren(BitStreamReader& aReader, std::size_t depth);
+		/// Reads the children that lie whole in the reader's buffer in their
+		/// usual forms, stopping at the first other one (or at an end that
+		/// closes more than the elements opened below depth).
+	struct BufferedAttribute
+		/// An attribute read in place: its name and either an indexed value
+		/// or the octets of a literal one.
+	{
+		const ResolvedQualName* pName;
+		const std::string* pIndexed;
+		const char* pText;
+		std::size_t length;
+		bool addToTable;
+	};
+
+	enum
+	{
+		MAX_BUFFERED_ATTRIBUTES = 32
+	};
+
+	bool readBufferedElement(const unsigned char*& p, const unsigned char* pEnd);
+	bool readBufferedCharacters(const unsigned char*& p, const unsigned char* pEnd);
+	bool readBufferedValue(const unsigned char*& p, const unsigned char* pEnd, BufferedAttribute& attribute);
+		/// These read one item at p, advancing p past it, or return false
+		/// without any effect when it needs the general path.
+	const std::string& addValue(DocumentVocabulary::ID id, const char* pText, std::size_t length);
+		/// Adds the string to table id, unless the table is full; returns it.
+	const ResolvedQualName* knownName(unsigned index, bool isElement);
+		/// The resolved name at index, or null past the end of its table.
 
 	Korvo::XML::EntityResolver*  _pEntityResolver;
 	Korvo::XML::DTDHandler*      _pDTDHandler;

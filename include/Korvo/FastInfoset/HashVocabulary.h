@@ -5,7 +5,7 @@
 // Package: Vocabulary
 // Module:  HashVocabulary
 //
-// A vocabulary table with a fixed-size open-addressing hash index.
+// A vocabulary table of fixed capacity that finds values by hashing.
 //
 // Copyright (c) 2026, Korvo FastInfoset developers.
 //
@@ -20,10 +20,10 @@
 #include "Korvo/FastInfoset/FastInfoset.h"
 #include "Korvo/FastInfoset/Vocabulary.h"
 #include "Korvo/FastInfoset/QualifiedNameVocabulary.h"
+#include "Korvo/FastInfoset/ValueIndex.h"
 #include "Poco/Hash.h"
 #include <memory>
 #include <string>
-#include <vector>
 
 
 namespace Korvo {
@@ -65,11 +65,14 @@ struct HashFunction<QualifiedNameEntry>
 
 template <class T>
 class HashVocabulary: public Vocabulary<T>
-	/// A table that finds values through a hash index of a fixed number of
-	/// slots, probed linearly. It holds at most as many values as it has
-	/// slots (placeholder included); adding one more throws
-	/// PoolOverflowException "Vocabulary hash table full" and leaves the
-	/// table unchanged.
+	/// A table that finds values through a hash index and holds at most as
+	/// many values as its fixed size (placeholder included): adding one
+	/// more throws PoolOverflowException "Vocabulary hash table full" and
+	/// leaves the table unchanged.
+	///
+	/// The index is built when a value is first looked up, and only as
+	/// large as the values need, so a large size costs nothing until it
+	/// is used.
 {
 public:
 	enum DontInitialize
@@ -78,9 +81,8 @@ public:
 	};
 
 	explicit HashVocabulary(unsigned int size):
-		_slots(size, EMPTY_SLOT),
 		_tableSize(size)
-		/// Creates a table of size slots holding the placeholder at index 0.
+		/// Creates a table of size holding the placeholder at index 0.
 	{
 		bool existed;
 		HashVocabulary::index(T(), existed);
@@ -88,14 +90,13 @@ public:
 
 	explicit HashVocabulary(DontInitialize):
 		_tableSize(0)
-		/// Creates a bare table without slots: it can hold no value.
+		/// Creates a bare table of size 0: it can hold no value.
 	{
 	}
 
 	HashVocabulary(DontInitialize, unsigned int size):
-		_slots(size, EMPTY_SLOT),
 		_tableSize(size)
-		/// Creates a table of size slots without the placeholder.
+		/// Creates a table of size without the placeholder.
 	{
 	}
 
@@ -110,10 +111,9 @@ public:
 
 	unsigned int exists(const T& value, bool& found) const override
 	{
-		std::size_t freeSlot;
-		int idx = probe(value, freeSlot);
-		found = idx != EMPTY_SLOT;
-		return found ? static_cast<unsigned int>(idx) : Vocabulary<T>::NOT_FOUND;
+		typename ValueIndex<T>::Probe probe = _lookup.probe(this->_index, value);
+		found = probe.found();
+		return probe.index();
 	}
 
 	const T& value(unsigned int idx) const override
@@ -133,7 +133,7 @@ public:
 	}
 
 	Vocabulary<T>* subtract(const Vocabulary<T>& other) const override
-		/// The result has as many slots as this table, enough for every value.
+		/// The result has the size of this table, enough for every value.
 	{
 		std::unique_ptr<HashVocabulary> pResult(new HashVocabulary(DONT_INITIALIZE, _tableSize));
 		this->addMissing(*pResult, other);
@@ -145,56 +145,36 @@ public:
 		return new HashVocabulary(*this);
 	}
 
+	void truncate(unsigned int size) override
+	{
+		_lookup.truncate(this->_index, size);
+		this->_index.truncate(size);
+	}
+
 	unsigned int tableSize() const
-		/// The number of slots.
+		/// The most values the table holds.
 	{
 		return _tableSize;
 	}
 
 protected:
 	unsigned int insert(const T& value, unsigned int newIndex, bool& valueExisted)
-		/// Finds value, or appends it to the table under newIndex.
+		/// Finds value, or appends it to the table under newIndex, which is
+		/// the table's size.
 	{
-		std::size_t freeSlot;
-		int idx = probe(value, freeSlot);
-		valueExisted = idx != EMPTY_SLOT;
-		if (valueExisted) return static_cast<unsigned int>(idx);
-		if (freeSlot == NO_SLOT) throw Korvo::PoolOverflowException("Vocabulary hash table full");
+		poco_assert_dbg (newIndex == this->_index.size());
+		typename ValueIndex<T>::Probe probe = _lookup.probe(this->_index, value);
+		valueExisted = probe.found();
+		if (valueExisted) return probe.index();
+		if (newIndex >= _tableSize) throw Korvo::PoolOverflowException("Vocabulary hash table full");
 		this->_index.push_back(value);
-		_slots[freeSlot] = static_cast<int>(newIndex);
+		_lookup.insert(this->_index, probe);
 		return newIndex;
 	}
 
-	int probe(const T& value, std::size_t& freeSlot) const
-		/// Returns the index stored for value, or EMPTY_SLOT. freeSlot is then
-		/// the slot that value would take, or NO_SLOT when the table is full.
-		/// Gives up only after more probes than there are slots: the limit is
-		/// loose on purpose, and a table is full only when every slot is taken.
-	{
-		freeSlot = NO_SLOT;
-		if (_tableSize == 0) return EMPTY_SLOT;
-		std::size_t slot = _hash(value, _tableSize);
-		for (Korvo::UInt64 distance = 0; ; ++distance)
-		{
-			int idx = _slots[slot];
-			if (idx == EMPTY_SLOT)
-			{
-				freeSlot = slot;
-				return EMPTY_SLOT;
-			}
-			if (this->_index[static_cast<unsigned int>(idx)] == value) return idx;
-			if (distance > _tableSize) return EMPTY_SLOT;
-			if (++slot == _tableSize) slot = 0;
-		}
-	}
-
 private:
-	static constexpr int EMPTY_SLOT = -1;
-	static constexpr std::size_t NO_SLOT = ~std::size_t(0);
-
-	std::vector<int>  _slots;
-	unsigned int      _tableSize;
-	HashFunction<T>   _hash;
+	unsigned int          _tableSize;
+	mutable ValueIndex<T> _lookup;
 };
 
 

@@ -5,7 +5,7 @@
 // Package: Vocabulary
 // Module:  MapVocabulary
 //
-// A vocabulary table with an ordered-map index and no capacity limit.
+// A vocabulary table that finds values by hashing, without a capacity limit.
 //
 // Copyright (c) 2026, Korvo FastInfoset developers.
 //
@@ -19,12 +19,8 @@
 
 #include "Korvo/FastInfoset/FastInfoset.h"
 #include "Korvo/FastInfoset/Vocabulary.h"
-#include "Poco/ByteOrder.h"
-#include <cstring>
-#include <map>
+#include "Korvo/FastInfoset/ValueIndex.h"
 #include <memory>
-#include <memory_resource>
-#include <string>
 
 
 namespace Korvo {
@@ -32,32 +28,9 @@ namespace FastInfoset {
 
 
 template <class T>
-inline Poco::UInt64 leadingOctets(const T&)
-	/// Values other than strings have no leading octets to compare first.
-{
-	return 0;
-}
-
-
-inline Poco::UInt64 leadingOctets(const std::string& value)
-	/// The first eight octets as a big-endian number, zero-padded: comparing
-	/// two such numbers orders strings byte-wise as far as they go.
-{
-	Poco::UInt64 word = 0;
-	if (value.size() >= sizeof(word))
-	{
-		std::memcpy(&word, value.data(), sizeof(word));
-		return Poco::ByteOrder::fromBigEndian(word);
-	}
-	for (char c: value) word = (word << 8) | static_cast<unsigned char>(c);
-	return value.empty() ? 0 : word << 8*(sizeof(word) - value.size());
-}
-
-
-template <class T>
 class MapVocabulary: public Vocabulary<T>
-	/// A table that finds values through an ordered map (operator < of T),
-	/// in logarithmic time and without a capacity limit.
+	/// A table that finds values through a hash index, without a capacity
+	/// limit. The index is built when a value is first looked up.
 {
 public:
 	enum DontInitialize
@@ -79,46 +52,26 @@ public:
 	{
 	}
 
-	MapVocabulary(const MapVocabulary& other):
-		Vocabulary<T>(other)
-	{
-		// The map refers to the stored values, so it is rebuilt over the copies;
-		// other's map is already in order, so every insertion goes at the end.
-		for (const auto& entry: other._map)
-		{
-			_map.emplace_hint(_map.end(), Key{entry.first.lead, &this->_index[entry.second]}, entry.second);
-		}
-	}
+	MapVocabulary(const MapVocabulary& other) = default;
 
-	MapVocabulary& operator = (const MapVocabulary&) = delete;
+	MapVocabulary& operator = (const MapVocabulary&) = default;
 
 	unsigned int index(const T& value, bool& valueExisted) override
 	{
-		Key key{leadingOctets(value), &value};
-		auto it = _map.lower_bound(key);
-		valueExisted = it != _map.end() && !Less()(key, it->first);
-		if (valueExisted) return it->second;
-
+		typename ValueIndex<T>::Probe probe = _lookup.probe(this->_index, value);
+		valueExisted = probe.found();
+		if (valueExisted) return probe.index();
 		unsigned int newIndex = this->_index.size();
 		this->_index.push_back(value);
-		try
-		{
-			key.pValue = &this->_index[newIndex];
-			_map.emplace_hint(it, key, newIndex);
-		}
-		catch (...)
-		{
-			this->_index.pop_back();
-			throw;
-		}
+		_lookup.insert(this->_index, probe);
 		return newIndex;
 	}
 
 	unsigned int exists(const T& value, bool& found) const override
 	{
-		auto it = _map.find(Key{leadingOctets(value), &value});
-		found = it != _map.end();
-		return found ? it->second : Vocabulary<T>::NOT_FOUND;
+		typename ValueIndex<T>::Probe probe = _lookup.probe(this->_index, value);
+		found = probe.found();
+		return probe.index();
 	}
 
 	const T& value(unsigned int idx) const override
@@ -129,12 +82,12 @@ public:
 
 	unsigned int size() const override
 	{
-		return static_cast<unsigned int>(_map.size());
+		return this->_index.size();
 	}
 
 	bool empty() const override
 	{
-		return _map.empty();
+		return this->_index.empty();
 	}
 
 	Vocabulary<T>* subtract(const Vocabulary<T>& other) const override
@@ -149,27 +102,14 @@ public:
 		return new MapVocabulary(*this);
 	}
 
+	void truncate(unsigned int size) override
+	{
+		_lookup.truncate(this->_index, size);
+		this->_index.truncate(size);
+	}
+
 private:
-	struct Key
-		/// Points at a stored value; the value's leading octets are kept
-		/// beside the pointer, so that most comparisons need not follow it.
-	{
-		Poco::UInt64 lead;
-		const T* pValue;
-	};
-
-	struct Less
-	{
-		bool operator () (const Key& left, const Key& right) const
-		{
-			if (left.lead != right.lead) return left.lead < right.lead;
-			return *left.pValue < *right.pValue;
-		}
-	};
-
-	std::pmr::monotonic_buffer_resource _nodes;
-		/// The map's nodes: a table only grows, so none is freed before the table.
-	std::pmr::map<Key, unsigned int, Less> _map{&_nodes};
+	mutable ValueIndex<T> _lookup;
 };
 
 

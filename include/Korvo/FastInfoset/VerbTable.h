@@ -18,8 +18,9 @@
 
 
 #include "Korvo/FastInfoset/FastInfoset.h"
-#include <vector>
 #include <stdexcept>
+#include <utility>
+#include <vector>
 
 
 namespace Korvo {
@@ -30,8 +31,12 @@ template <class T>
 class VerbTable
 	/// Stores the values of one vocabulary table in index order. Values live
 	/// in chunks of 256, 512, 1024, ... reserved slots; a chunk is never
-	/// reallocated, so a reference to a stored value stays valid for the
-	/// life of the table.
+	/// reallocated, so a reference to a stored value stays valid until the
+	/// table drops it.
+	///
+	/// Dropped values (truncate(), pop_back()) keep their storage: the values
+	/// added next are assigned into it, so that a table that is emptied and
+	/// filled again, document after document, does not allocate again.
 {
 public:
 	enum
@@ -39,11 +44,13 @@ public:
 		INITIAL_CHUNK_SIZE = 256
 	};
 
-	VerbTable()
+	VerbTable():
+		_size(0)
 	{
 	}
 
-	VerbTable(const VerbTable& other)
+	VerbTable(const VerbTable& other):
+		_size(0)
 	{
 		append(other);
 	}
@@ -54,6 +61,7 @@ public:
 		{
 			VerbTable tmp(other);
 			_chunks.swap(tmp._chunks);
+			std::swap(_size, tmp._size);
 		}
 		return *this;
 	}
@@ -64,38 +72,36 @@ public:
 	}
 
 	void push_back(const T& value)
-		/// Appends value; it gets index size() - 1.
+		/// Appends value; it gets index size() - 1. Appending the object that
+		/// spare() returned stores it without a copy.
 	{
-		std::size_t n = _chunks.size();
-		if (n == 0 || _chunks.back()->size() == chunkCapacity(n - 1))
-		{
-			std::vector<T>* pChunk = new std::vector<T>;
-			try
-			{
-				pChunk->reserve(chunkCapacity(n));
-				_chunks.push_back(pChunk);
-			}
-			catch (...)
-			{
-				delete pChunk;
-				throw;
-			}
-		}
-		_chunks.back()->push_back(value);
+		T& slot = spare();
+		if (&slot != &value) slot = value;
+		++_size;
+	}
+
+	T& spare()
+		/// The object that the next appended value will occupy: a value built
+		/// in it and then appended is stored in place. Its content is left
+		/// over from earlier use.
+	{
+		std::size_t k = chunkOf(_size);
+		if (k == _chunks.size()) addChunk();
+		std::vector<T>& chunk = *_chunks[k];
+		std::size_t offset = _size - chunkStart(k);
+		if (offset == chunk.size()) chunk.emplace_back();
+		return chunk[offset];
 	}
 
 	unsigned int size() const
 		/// Number of stored values.
 	{
-		if (_chunks.empty()) return 0;
-		// Every chunk but the last is full, so the last one starts at chunkStart(n - 1).
-		std::size_t n = _chunks.size();
-		return static_cast<unsigned int>(chunkStart(n - 1) + _chunks.back()->size());
+		return _size;
 	}
 
 	bool empty() const
 	{
-		return size() == 0;
+		return _size == 0;
 	}
 
 	const T& at(unsigned int idx) const
@@ -110,16 +116,9 @@ public:
 	const T* get(unsigned int idx) const
 		/// The value at idx, or null past the end.
 	{
-		// Chunk k starts at 256 * (2^k - 1): find it directly instead of walking.
-		unsigned int q = idx/INITIAL_CHUNK_SIZE + 1;
-		std::size_t k = 31 - static_cast<unsigned int>(__builtin_clz(q));
-		if (k < _chunks.size())
-		{
-			std::size_t offset = idx - chunkStart(k);
-			const std::vector<T>& chunk = *_chunks[k];
-			if (offset < chunk.size()) return &chunk[offset];
-		}
-		return nullptr;
+		if (idx >= _size) return nullptr;
+		std::size_t k = chunkOf(idx);
+		return &(*_chunks[k])[idx - chunkStart(k)];
 	}
 
 	const T& operator [] (unsigned int idx) const
@@ -129,16 +128,18 @@ public:
 	}
 
 	void pop_back()
-		/// Removes the last value, so that a table can undo an append it
-		/// could not complete. An emptied chunk is kept for the next value.
+		/// Drops the last value, so that a table can undo an append it
+		/// could not complete.
 	{
 		poco_assert (!empty());
-		if (_chunks.back()->empty())
-		{
-			delete _chunks.back();
-			_chunks.pop_back();
-		}
-		_chunks.back()->pop_back();
+		--_size;
+	}
+
+	void truncate(unsigned int size)
+		/// Drops the values from index size on (none when size is not
+		/// below size()).
+	{
+		if (size < _size) _size = size;
 	}
 
 private:
@@ -152,14 +153,33 @@ private:
 		return chunkCapacity(k) - INITIAL_CHUNK_SIZE;
 	}
 
+	static std::size_t chunkOf(unsigned int idx)
+	{
+		// Chunk k starts at 256 * (2^k - 1): find it directly instead of walking.
+		unsigned int q = idx/INITIAL_CHUNK_SIZE + 1;
+		return 31 - static_cast<unsigned int>(__builtin_clz(q));
+	}
+
+	void addChunk()
+	{
+		std::vector<T>* pChunk = new std::vector<T>;
+		try
+		{
+			pChunk->reserve(chunkCapacity(_chunks.size()));
+			_chunks.push_back(pChunk);
+		}
+		catch (...)
+		{
+			delete pChunk;
+			throw;
+		}
+	}
+
 	void append(const VerbTable& other)
 	{
 		try
 		{
-			for (auto pChunk: other._chunks)
-			{
-				for (const auto& value: *pChunk) push_back(value);
-			}
+			for (unsigned int i = 0; i < other._size; ++i) push_back(*other.get(i));
 		}
 		catch (...)
 		{
@@ -170,6 +190,9 @@ private:
 	}
 
 	std::vector<std::vector<T>*> _chunks;
+		/// Chunk k holds constructed objects up to its size(); those past
+		/// the table's size are spares.
+	unsigned int                 _size;
 };
 
 

@@ -59,6 +59,14 @@ public:
 		return _index.get(idx);
 	}
 
+	T& spare()
+		/// Storage for building the next value to add: passed to index()
+		/// when it is new, it is stored where it is, without a copy. Its
+		/// content is left over from earlier use.
+	{
+		return _index.spare();
+	}
+
 	virtual unsigned int size() const = 0;
 		/// Number of entries, the placeholder included.
 
@@ -70,6 +78,14 @@ public:
 
 	virtual Vocabulary* clone() const = 0;
 		/// Returns a copy of this table.
+
+	virtual void truncate(unsigned int size)
+		/// Drops the values from index size on, returning the table to the
+		/// state it had when it held size values. Their storage is kept for
+		/// the values added next.
+	{
+		_index.truncate(size);
+	}
 
 protected:
 	virtual bool hasValueLookup() const
