@@ -22,6 +22,7 @@
 #include "Poco/SAX/SAXParser.h"
 #include "Poco/MemoryStream.h"
 #include <algorithm>
+#include <cstring>
 #include <dirent.h>
 #include <fstream>
 #include <sstream>
@@ -73,34 +74,61 @@ inline std::string baseName(const std::string& fileName)
 
 
 class MemoryBuffer: public std::streambuf
-	/// Collects output in one string that keeps its capacity between runs,
+	/// Collects output in one buffer that keeps its capacity between runs,
 	/// so that the stream costs the same for every writer.
 {
 public:
-	void clear()
+	MemoryBuffer():
+		_data(4096, '\0')
 	{
-		_data.clear();
+		clear();
 	}
 
-	const std::string& data() const
+	void clear()
 	{
-		return _data;
+		setp(&_data[0], &_data[0] + _data.size());
+	}
+
+	std::string data() const
+	{
+		return std::string(pbase(), pptr());
+	}
+
+	std::size_t size() const
+	{
+		return static_cast<std::size_t>(pptr() - pbase());
 	}
 
 protected:
 	int_type overflow(int_type c) override
 	{
-		if (!traits_type::eq_int_type(c, traits_type::eof())) _data.push_back(static_cast<char>(c));
+		if (!traits_type::eq_int_type(c, traits_type::eof()))
+		{
+			reserve(1);
+			*pptr() = traits_type::to_char_type(c);
+			pbump(1);
+		}
 		return traits_type::not_eof(c);
 	}
 
 	std::streamsize xsputn(const char* s, std::streamsize n) override
 	{
-		_data.append(s, static_cast<std::size_t>(n));
+		reserve(static_cast<std::size_t>(n));
+		std::memcpy(pptr(), s, static_cast<std::size_t>(n));
+		pbump(static_cast<int>(n));
 		return n;
 	}
 
 private:
+	void reserve(std::size_t n)
+	{
+		if (static_cast<std::size_t>(epptr() - pptr()) >= n) return;
+		std::size_t used = size();
+		_data.resize(std::max(2*_data.size(), used + n));
+		setp(&_data[0], &_data[0] + _data.size());
+		pbump(static_cast<int>(used));
+	}
+
 	std::string _data;
 };
 

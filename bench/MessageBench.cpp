@@ -126,7 +126,7 @@ void write(benchmark::State& state, const Message& message, const std::function<
 		std::unique_ptr<FastInfosetWriter> pWriter(makeWriter(out));
 		message.events.replay(*pWriter);
 	}
-	state.counters["octets"] = static_cast<double>(buffer.data().size());
+	state.counters["octets"] = static_cast<double>(buffer.size());
 }
 
 

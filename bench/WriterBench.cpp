@@ -86,7 +86,7 @@ void writeFastInfoset(benchmark::State& state, DocumentVocabulary::VocabularyImp
 		FastInfosetWriter writer(out, false, impl);
 		events = doc.write(writer);
 	}
-	report(state, buffer.data().size(), events, allocationCount - allocationsBefore);
+	report(state, buffer.size(), events, allocationCount - allocationsBefore);
 }
 
 
@@ -115,7 +115,7 @@ void BM_XMLWriter(benchmark::State& state)
 		Korvo::XML::XMLWriter writer(out, Korvo::XML::XMLWriter::CANONICAL);
 		events = doc.write(writer);
 	}
-	report(state, buffer.data().size(), events, allocationCount - allocationsBefore);
+	report(state, buffer.size(), events, allocationCount - allocationsBefore);
 }
 
 

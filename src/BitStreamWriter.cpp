@@ -62,107 +62,28 @@ void BitStreamWriter::discardPending()
 }
 
 
-void BitStreamWriter::write(bool value)
-{
-	if (value) curByte() |= Utility::pow2[curBitOffsetInByte()];
-	++_cachedBits;
-	writeFullBytes();
-}
-
-
 void BitStreamWriter::writeBits(int cnt, bool value)
 {
 	const Korvo::UInt64 bits = value ? ~Korvo::UInt64(0) : 0;
 	while (cnt > 0)
 	{
-		int n = std::min(cnt, Utility::SIZEOFINT64INBIT);
+		int n = std::min<int>(cnt, MAX_APPEND);
 		appendBits(bits, n);
-		writeFullBytes();
 		cnt -= n;
 	}
-}
-
-
-void BitStreamWriter::write(unsigned char value, int numOfBits)
-{
-	write(static_cast<signed char>(value), numOfBits);
-}
-
-
-void BitStreamWriter::write(signed char value, int numOfBits)
-{
-	poco_assert (checkInputParams(Utility::SIZEOFCHARINBIT, numOfBits));
-
-	if (_cachedBits == 0 && numOfBits == Utility::SIZEOFCHARINBIT)
-	{
-		writeToStream(reinterpret_cast<const char*>(&value), 1);
-		return;
-	}
-	appendBits(static_cast<unsigned char>(value), numOfBits);
-	writeFullBytes();
-}
-
-
-void BitStreamWriter::write(unsigned short value, int numOfBits)
-{
-	write(static_cast<short>(value), numOfBits);
-}
-
-
-void BitStreamWriter::write(short value, int numOfBits)
-{
-	poco_assert (checkInputParams(Utility::SIZEOFINT16INBIT, numOfBits));
-
-	if (_cachedBits == 0 && numOfBits == Utility::SIZEOFINT16INBIT)
-	{
-		Korvo::Int16 bigEndian = Korvo::ByteOrder::toBigEndian(static_cast<Korvo::Int16>(value));
-		writeToStream(reinterpret_cast<const char*>(&bigEndian), sizeof(bigEndian));
-		return;
-	}
-	appendBits(static_cast<unsigned short>(value), numOfBits);
-	writeFullBytes();
-}
-
-
-void BitStreamWriter::write(unsigned int value, int numOfBits)
-{
-	write(static_cast<int>(value), numOfBits);
-}
-
-
-void BitStreamWriter::write(int value, int numOfBits)
-{
-	poco_assert (checkInputParams(Utility::SIZEOFINT32INBIT, numOfBits));
-
-	if (_cachedBits == 0 && numOfBits == Utility::SIZEOFINT32INBIT)
-	{
-		Korvo::Int32 bigEndian = Korvo::ByteOrder::toBigEndian(static_cast<Korvo::Int32>(value));
-		writeToStream(reinterpret_cast<const char*>(&bigEndian), sizeof(bigEndian));
-		return;
-	}
-	appendBits(static_cast<unsigned int>(value), numOfBits);
-	writeFullBytes();
-}
-
-
-void BitStreamWriter::write(unsigned long long value, int numOfBits)
-{
-	write(static_cast<long long>(value), numOfBits);
 }
 
 
 void BitStreamWriter::write(long long value, int numOfBits)
 {
 	poco_assert (checkInputParams(Utility::SIZEOFINT64INBIT, numOfBits));
-
-	if (_cachedBits == 0 && numOfBits == Utility::SIZEOFINT64INBIT)
+	const Korvo::UInt64 bits = static_cast<Korvo::UInt64>(value);
+	if (numOfBits > Utility::SIZEOFINT32INBIT)
 	{
-		Korvo::Int64 bigEndian = Korvo::ByteOrder::toBigEndian(static_cast<Korvo::Int64>(value));
-		writeToStream(reinterpret_cast<const char*>(&bigEndian), sizeof(bigEndian));
-		return;
+		appendBits(bits >> 32, numOfBits - Utility::SIZEOFINT32INBIT);
+		numOfBits = Utility::SIZEOFINT32INBIT;
 	}
-	appendBits(static_cast<unsigned long long>(value), numOfBits);
-	writeFullBytes();
+	appendBits(bits & 0xFFFFFFFFu, numOfBits);
 }
 
 
@@ -189,7 +110,6 @@ void BitStreamWriter::complete(bool paddingBit)
 	if (_cachedBits != 0)
 	{
 		appendBits(paddingBit ? 0xFF : 0x00, Utility::SIZEOFCHARINBIT - _cachedBits);
-		writeFullBytes();
 	}
 	_pStream->flush();
 	if (!_pStream->good()) throw Korvo::IOException("error while writing Fast Infoset document to stream");
@@ -199,22 +119,6 @@ void BitStreamWriter::complete(bool paddingBit)
 void BitStreamWriter::complete()
 {
 	complete(_paddingBit);
-}
-
-
-void BitStreamWriter::appendBits(Korvo::UInt64 value, int numOfBits)
-{
-	// Fills the open octet, then whole octets, most significant bits first.
-	// The cache holds the at most 7 pending bits plus one 64-bit field.
-	while (numOfBits > 0)
-	{
-		int freeBits = Utility::SIZEOFCHARINBIT - (_cachedBits & 7);
-		int n = std::min(numOfBits, freeBits);
-		numOfBits -= n;
-		unsigned char field = static_cast<unsigned char>((value >> numOfBits) & Utility::lowBitMask[n]);
-		curByte() |= static_cast<unsigned char>(field << (freeBits - n));
-		_cachedBits += n;
-	}
 }
 
 
@@ -261,32 +165,10 @@ void BitStreamWriter::writeUnalignedOctets(const char* str, std::size_t numBytes
 }
 
 
-void BitStreamWriter::writeFullBytesImpl()
-{
-	poco_assert (_cachedBits >= Utility::SIZEOFCHARINBIT);
-
-	int bytes = _cachedBits / 8;
-	writeToStream(reinterpret_cast<const char*>(_cache), bytes);
-	std::memset(_cache, 0, bytes);
-	_cachedBits -= bytes*8;
-	if (_cachedBits > 0)
-	{
-		_cache[0] = _cache[bytes];
-		_cache[bytes] = 0;
-	}
-}
-
-
-void BitStreamWriter::writeToStream(const char* buffer, int length)
+void BitStreamWriter::writeToStreamSlow(const char* buffer, int length)
 {
 	_pStream->write(buffer, length);
 	if (!_pStream->good()) throw Korvo::IOException("error while writing Fast Infoset document to stream");
-}
-
-
-bool BitStreamWriter::checkInputParams(int size, int& numOfBits)
-{
-	return numOfBits >= 1 && numOfBits <= size;
 }
 
 

@@ -18,7 +18,10 @@
 
 
 #include "Korvo/FastInfoset/FastInfoset.h"
+#include "Korvo/FastInfoset/Utility.h"
 #include <cstddef>
+#include <ios>
+#include <streambuf>
 #include <ostream>
 #include <string>
 
@@ -30,8 +33,8 @@ namespace FastInfoset {
 class FastInfoset_API BitStreamWriter
 	/// Writes a Fast Infoset document bit by bit, most significant bit of
 	/// each octet first, onto a borrowed output stream. Fewer than eight
-	/// bits stay pending between calls; whole octets written at an octet
-	/// boundary bypass the bit cache.
+	/// bits stay pending between calls; every call passes the octets it
+	/// completes to the stream before it returns.
 	///
 	/// A failed write or flush throws IOException.
 {
@@ -88,23 +91,28 @@ private:
 	BitStreamWriter& operator = (const BitStreamWriter&);
 
 	void appendBits(Korvo::UInt64 value, int numOfBits);
+		/// Appends the low numOfBits (0 to 56) bits of value and passes the
+		/// octets this completes to the stream.
 	void writeOctets(const char* str, std::size_t numBytes);
 	void writeUnalignedOctets(const char* str, std::size_t numBytes);
-	void writeFullBytes();
-	void writeFullBytesImpl();
 	void writeToStream(const char* buffer, int length);
+	void writeToStreamSlow(const char* buffer, int length);
 	static bool checkInputParams(int size, int& numOfBits);
 	unsigned char& curByte();
 	int curBitOffsetInByte() const;
 
 	enum
 	{
-		CACHE_SIZE = 10
+		CACHE_SIZE = 10,
+		MAX_APPEND = 56,
+		SHORT_WRITE = 8
+			/// Octets passed one at a time into the stream buffer.
 	};
 
 	std::ostream* _pStream;
 	bool          _paddingBit;
 	int           _cachedBits;
+		/// Pending bits, 0 to 7 between calls, in the high bits of _cache[0].
 	unsigned char _cache[CACHE_SIZE];
 };
 
@@ -130,9 +138,96 @@ inline int BitStreamWriter::curBitOffsetInByte() const
 }
 
 
-inline void BitStreamWriter::writeFullBytes()
+inline bool BitStreamWriter::checkInputParams(int size, int& numOfBits)
 {
-	if (_cachedBits > 7) writeFullBytesImpl();
+	return numOfBits >= 1 && numOfBits <= size;
+}
+
+
+inline void BitStreamWriter::writeToStream(const char* buffer, int length)
+{
+	// A few octets go straight into the stream's buffer; ostream::write
+	// would build a sentry and make a virtual call for each of them.
+	std::streambuf* pBuffer = _pStream->rdbuf();
+	if (length <= SHORT_WRITE && pBuffer && _pStream->rdstate() == std::ios_base::goodbit && !_pStream->tie() && !(_pStream->flags() & std::ios_base::unitbuf))
+	{
+		int i = 0;
+		while (i < length && !std::streambuf::traits_type::eq_int_type(pBuffer->sputc(buffer[i]), std::streambuf::traits_type::eof())) ++i;
+		if (i == length) return;
+		buffer += i;
+		length -= i;
+	}
+	writeToStreamSlow(buffer, length);
+}
+
+
+inline void BitStreamWriter::appendBits(Korvo::UInt64 value, int numOfBits)
+{
+	// The pending bits and the new ones in one word, most significant
+	// first; the whole octets of it go to the stream, the rest stays.
+	const int total = _cachedBits + numOfBits;
+	const Korvo::UInt64 field = numOfBits == 0 ? 0 : (value << (64 - numOfBits)) >> _cachedBits;
+	const Korvo::UInt64 word = (Korvo::UInt64(_cache[0]) << 56) | field;
+	const int octets = total >> 3;
+	if (octets > 0)
+	{
+		char bytes[8];
+		for (int i = 0; i < octets; ++i) bytes[i] = static_cast<char>(word >> (56 - 8*i));
+		writeToStream(bytes, octets);
+	}
+	_cache[0] = static_cast<unsigned char>(word >> (56 - 8*octets));
+	_cachedBits = total & 7;
+}
+
+
+inline void BitStreamWriter::write(bool value)
+{
+	appendBits(value ? 1 : 0, 1);
+}
+
+
+inline void BitStreamWriter::write(unsigned char value, int numOfBits)
+{
+	write(static_cast<signed char>(value), numOfBits);
+}
+
+
+inline void BitStreamWriter::write(signed char value, int numOfBits)
+{
+	poco_assert (checkInputParams(Utility::SIZEOFCHARINBIT, numOfBits));
+	appendBits(static_cast<unsigned char>(value), numOfBits);
+}
+
+
+inline void BitStreamWriter::write(unsigned short value, int numOfBits)
+{
+	write(static_cast<short>(value), numOfBits);
+}
+
+
+inline void BitStreamWriter::write(short value, int numOfBits)
+{
+	poco_assert (checkInputParams(Utility::SIZEOFINT16INBIT, numOfBits));
+	appendBits(static_cast<unsigned short>(value), numOfBits);
+}
+
+
+inline void BitStreamWriter::write(unsigned int value, int numOfBits)
+{
+	write(static_cast<int>(value), numOfBits);
+}
+
+
+inline void BitStreamWriter::write(int value, int numOfBits)
+{
+	poco_assert (checkInputParams(Utility::SIZEOFINT32INBIT, numOfBits));
+	appendBits(static_cast<unsigned int>(value), numOfBits);
+}
+
+
+inline void BitStreamWriter::write(unsigned long long value, int numOfBits)
+{
+	write(static_cast<long long>(value), numOfBits);
 }
 
 
