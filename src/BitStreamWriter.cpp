@@ -62,6 +62,22 @@ void BitStreamWriter::discardPending()
 }
 
 
+void BitStreamWriter::appendOctets(Korvo::UInt64 value, int numOfBits)
+{
+	// The pending bits and the new ones in one word, most significant
+	// first; the whole octets of it go to the stream, the rest stays.
+	const int total = _cachedBits + numOfBits;
+	const Korvo::UInt64 field = (value << (64 - numOfBits)) >> _cachedBits;
+	const Korvo::UInt64 word = (Korvo::UInt64(_cache[0]) << 56) | field;
+	const int octets = total >> 3;
+	char bytes[8];
+	for (int i = 0; i < octets; ++i) bytes[i] = static_cast<char>(word >> (56 - 8*i));
+	writeToStream(bytes, octets);
+	_cache[0] = static_cast<unsigned char>(word >> (56 - 8*octets));
+	_cachedBits = total & 7;
+}
+
+
 void BitStreamWriter::writeBits(int cnt, bool value)
 {
 	const Korvo::UInt64 bits = value ? ~Korvo::UInt64(0) : 0;

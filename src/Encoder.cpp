@@ -103,7 +103,7 @@ namespace
 }
 
 
-void Encoder::integer(BitStreamWriter& aWriter, unsigned int val)
+void Encoder::integerForms(BitStreamWriter& aWriter, unsigned int val)
 {
 	const int position = aWriter.bitPos();
 	checkInteger(val, position);

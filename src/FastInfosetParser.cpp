@@ -23,6 +23,7 @@
 #include "Korvo/FastInfoset/StringDecoder.h"
 #include "Korvo/FastInfoset/Utility.h"
 #include "RecycledAttributes.h"
+#include "VocabularyLimit.h"
 #include "Poco/SAX/ContentHandler.h"
 #include "Poco/SAX/LexicalHandler.h"
 #include "Poco/SAX/DTDHandler.h"
@@ -479,14 +480,6 @@ namespace
 		// Octets asked for before each child: enough for its head.
 
 	const unsigned int LARGEST_INDEX = Encoder::MAXINT20;
-
-	template <class T>
-	inline bool isFull(const Vocabulary<T>& table)
-		/// True when the table holds a value at the largest index the format
-		/// can refer to: both sides then add nothing more to it.
-	{
-		return table.lookup(LARGEST_INDEX) != nullptr;
-	}
 
 	inline bool indexFromSecondBit(const unsigned char*& p, const unsigned char* pEnd, unsigned& index)
 		/// The integer that starts at the second bit of *p, in its one-,

@@ -22,6 +22,8 @@
 #include "Korvo/FastInfoset/DoubleEncoding.h"
 #include "Korvo/FastInfoset/UUIDEncoding.h"
 #include "Korvo/FastInfoset/DWordEncoding.h"
+#include "QualifiedNameCache.h"
+#include "VocabularyLimit.h"
 #include "StringPacker.h"
 #include "Poco/XML/Name.h"
 #include "Poco/NumberFormatter.h"
@@ -90,9 +92,11 @@ FastInfosetWriter::FastInfosetWriter(std::ostream& ostr):
 	_maxIndexedStringLength(16),
 	_pIndexingPolicy(nullptr),
 	_shortestLiterals(false),
-	_documentStarted(false)
+	_documentStarted(false),
+	_pKnownNames(new QualifiedNameCache)
 {
 	_states.push_back(UNINITIALIZED);
+	findTables();
 }
 
 
@@ -105,9 +109,11 @@ FastInfosetWriter::FastInfosetWriter(std::ostream& ostr, bool writeXMLDeclaratio
 	_maxIndexedStringLength(16),
 	_pIndexingPolicy(nullptr),
 	_shortestLiterals(false),
-	_documentStarted(false)
+	_documentStarted(false),
+	_pKnownNames(new QualifiedNameCache)
 {
 	_states.push_back(UNINITIALIZED);
+	findTables();
 }
 
 
@@ -120,9 +126,11 @@ FastInfosetWriter::FastInfosetWriter(std::ostream& ostr, bool writeXMLDeclaratio
 	_maxIndexedStringLength(16),
 	_pIndexingPolicy(nullptr),
 	_shortestLiterals(false),
-	_documentStarted(false)
+	_documentStarted(false),
+	_pKnownNames(new QualifiedNameCache)
 {
 	_states.push_back(UNINITIALIZED);
+	findTables();
 }
 
 
@@ -175,8 +183,19 @@ void FastInfosetWriter::setDocumentVocabulary(const DocumentVocabulary& voc)
 
 void FastInfosetWriter::forgetNames()
 {
-	_knownElementNames.clear();
-	_knownAttributeNames.clear();
+	_pKnownNames->clear();
+	findTables();
+}
+
+
+void FastInfosetWriter::findTables()
+{
+	// Tables of the other kinds, a vector table or one an application made,
+	// are asked through their virtual functions.
+	for (unsigned int id = DocumentVocabulary::PREFIX; id <= DocumentVocabulary::CHARACTER_CONTENT_CHUNK; ++id)
+		_pIndexedTables[id] = dynamic_cast<IndexedVocabulary<std::string>*>(_vocabulary.vocabulary(DocumentVocabulary::ID(id)));
+	_pIndexedNames[0] = dynamic_cast<IndexedVocabulary<QualifiedNameEntry>*>(&getQNameVocabulary(false));
+	_pIndexedNames[1] = dynamic_cast<IndexedVocabulary<QualifiedNameEntry>*>(&getQNameVocabulary(true));
 }
 
 
@@ -559,22 +578,15 @@ unsigned int FastInfosetWriter::writeQualifiedNameOrIndex(const XMLString& prefi
 
 	// Names repeat: one look-up of the whole name replaces four table
 	// look-ups once a name has been seen.
-	NameIndex& knownNames = inElement ? _knownElementNames : _knownAttributeNames;
-	const std::string& key = nameKey(prefix, ns, localName);
-	NameIndex::const_iterator it = knownNames.find(key);
-	unsigned int idx = 0;
-	bool found = it != knownNames.end();
-	if (found)
+	unsigned int idx = _pKnownNames->find(prefix, ns, localName, inElement);
+	unsigned int foundIdx = 0;
+	if (!idx && findQualifiedName(prefix, ns, localName, inElement, foundIdx))
 	{
-		idx = it->second;
-	}
-	else if (findQualifiedName(prefix, ns, localName, inElement, idx))
-	{
-		found = true;
-		knownNames.emplace(key, idx);
+		idx = foundIdx;
+		_pKnownNames->add(prefix, ns, localName, inElement, idx);
 	}
 
-	if (found)
+	if (idx)
 	{
 		Encoder::integer(_writer, idx);
 	}
@@ -583,7 +595,7 @@ unsigned int FastInfosetWriter::writeQualifiedNameOrIndex(const XMLString& prefi
 		writeTerminator();
 		if (startPos == 1) _writer.write(false);
 		idx = writeQualifiedName(prefix, ns, localName, inElement);
-		knownNames.emplace(key, idx);
+		if (idx) _pKnownNames->add(prefix, ns, localName, inElement, idx);
 	}
 	poco_assert (_writer.bitPos() == 0);
 	return idx;
@@ -607,27 +619,6 @@ bool FastInfosetWriter::findQualifiedName(const XMLString& prefix, const XMLStri
 }
 
 
-const std::string& FastInfosetWriter::nameKey(const XMLString& prefix, const XMLString& ns, const XMLString& localName)
-{
-	// prefix length, prefix, local name length, local name, namespace: the
-	// lengths keep different splits of the same characters apart.
-	const std::size_t prefixLength = prefix.size();
-	const std::size_t localNameLength = localName.size();
-	_nameKey.resize(2*sizeof(std::size_t) + prefixLength + localNameLength + ns.size());
-	char* pKey = &_nameKey[0];
-	std::memcpy(pKey, &prefixLength, sizeof(prefixLength));
-	pKey += sizeof(prefixLength);
-	std::memcpy(pKey, prefix.data(), prefixLength);
-	pKey += prefixLength;
-	std::memcpy(pKey, &localNameLength, sizeof(localNameLength));
-	pKey += sizeof(localNameLength);
-	std::memcpy(pKey, localName.data(), localNameLength);
-	pKey += localNameLength;
-	std::memcpy(pKey, ns.data(), ns.size());
-	return _nameKey;
-}
-
-
 unsigned int FastInfosetWriter::writeQualifiedName(const XMLString& prefix, const XMLString& ns, const XMLString& localName, bool inElement)
 {
 	poco_assert (!localName.empty());
@@ -636,6 +627,9 @@ unsigned int FastInfosetWriter::writeQualifiedName(const XMLString& prefix, cons
 	const unsigned int prefixIdx = prefix.empty() ? 0 : writeIdentifyingStringOrIndex(prefix, DocumentVocabulary::PREFIX);
 	const unsigned int nsIdx = ns.empty() ? 0 : writeIdentifyingStringOrIndex(ns, DocumentVocabulary::NAMESPACE_NAME);
 	const unsigned int localNameIdx = writeIdentifyingStringOrIndex(localName, DocumentVocabulary::LOCAL_NAME);
+	// A name with a part that no table holds, or a full name table, is not
+	// indexed: the reader adds nothing either.
+	if (prefixIdx == NOT_INDEXED || nsIdx == NOT_INDEXED || localNameIdx == NOT_INDEXED || isFull(getQNameVocabulary(inElement))) return 0;
 	return insertQualifiedName(QualifiedNameEntry(prefixIdx, nsIdx, localNameIdx), inElement);
 }
 
@@ -643,7 +637,8 @@ unsigned int FastInfosetWriter::writeQualifiedName(const XMLString& prefix, cons
 unsigned int FastInfosetWriter::insertQualifiedName(const QualifiedNameEntry& qne, bool inElement)
 {
 	bool qneExists;
-	const unsigned int idx = getQNameVocabulary(inElement).index(qne, qneExists);
+	IndexedVocabulary<QualifiedNameEntry>* pNames = _pIndexedNames[inElement];
+	const unsigned int idx = pNames ? pNames->add(qne, qneExists) : getQNameVocabulary(inElement).index(qne, qneExists);
 	poco_assert (!qneExists);
 	return idx;
 }
@@ -652,12 +647,28 @@ unsigned int FastInfosetWriter::insertQualifiedName(const QualifiedNameEntry& qn
 unsigned int FastInfosetWriter::writeIdentifyingStringOrIndex(const std::string& str, DocumentVocabulary::ID id)
 {
 	bool exists;
-	const unsigned int idx = _vocabulary.index(id, str, exists);
+	const unsigned int idx = indexString(id, str, exists);
 	if (exists)
 		writeIdentifyingStringIndex(idx);
 	else
 		writeIdentifyingString(str, id);
 	return idx;
+}
+
+
+inline unsigned int FastInfosetWriter::indexString(DocumentVocabulary::ID id, std::string_view str, bool& exists)
+{
+	IndexedVocabulary<std::string>* pTable = _pIndexedTables[id];
+	if (pTable)
+	{
+		const unsigned int idx = pTable->find(str);
+		exists = idx != Vocabulary<std::string>::NOT_FOUND;
+		if (exists) return idx;
+		return isFull(*pTable) ? NOT_INDEXED : pTable->add(str, exists);
+	}
+	Vocabulary<std::string>& table = *_vocabulary.vocabulary(id);
+	exists = false;
+	return isFull(table) ? NOT_INDEXED : table.index(std::string(str), exists);
 }
 
 
@@ -703,20 +714,25 @@ void FastInfosetWriter::characters(const XMLChar ch[], int start, int length)
 		if (pNul) end = static_cast<std::size_t>(static_cast<const XMLChar*>(pNul) - ch);
 	}
 	if (begin > end) throw std::out_of_range("characters(): start beyond the end of the text");
-	_textBuffer.assign(ch + begin, end - begin);
-	characters(_textBuffer);
+	writeCharacters(std::string_view(ch + begin, end - begin));
 }
 
 
 void FastInfosetWriter::characters(const XMLString& str)
 {
+	writeCharacters(str);
+}
+
+
+void FastInfosetWriter::writeCharacters(std::string_view text)
+{
 	// No chunk can hold an empty string, and zero characters are no content.
-	if (str.empty()) return;
+	if (text.empty()) return;
 	requireElementContent();
 	handleEncodedData();
 	padToOctet();
 	_writer.write(CHARACTER_CHUNK, 2);
-	writeCharacterChunk(str);
+	writeValueOrIndex(text, DocumentVocabulary::CHARACTER_CONTENT_CHUNK);
 }
 
 
@@ -830,27 +846,19 @@ inline bool FastInfosetWriter::isIndexed(const std::string& str, DocumentVocabul
 }
 
 
-inline unsigned int FastInfosetWriter::indexValue(DocumentVocabulary::ID voc, const std::string& str, bool& exists)
-{
-	// Index 0 always holds the empty string, which has no literal form; a
-	// vector table would not find it there.
-	if (str.empty())
-	{
-		exists = true;
-		return 0;
-	}
-	return _vocabulary.index(voc, str, exists);
-}
-
-
 unsigned int FastInfosetWriter::writeNonIdentifyingStringOrIndex(const std::string& str, DocumentVocabulary::ID voc)
 {
 	const int pos = _writer.bitPos();
 	if (pos != 0 && pos != 2) throw FISEncodingException("Illegal startposition for a NonIdentifyingStringOrIndex value");
-	const bool indexed = isIndexed(str, voc);
+	bool indexed = isIndexed(str, voc);
 	bool exists = false;
 	unsigned int idx = 0;
-	if (indexed) idx = indexValue(voc, str, exists);
+	if (indexed && !str.empty())
+	{
+		idx = indexString(voc, str, exists);
+		indexed = idx != NOT_INDEXED;
+	}
+	else exists = indexed; // the empty string, always at index 0
 	_writer.write(exists);
 	if (exists)
 	{
@@ -861,7 +869,40 @@ unsigned int FastInfosetWriter::writeNonIdentifyingStringOrIndex(const std::stri
 		_writer.write(indexed);
 		writeEncodedCharacterString(str, 0);
 	}
-	return idx;
+	return indexed ? idx : 0;
+}
+
+
+unsigned int FastInfosetWriter::writeValueOrIndex(std::string_view str, DocumentVocabulary::ID voc)
+{
+	// Plain UTF-8 text indexed by length, the usual case, needs no string of
+	// its own; the rest takes the general path.
+	if (_pIndexingPolicy || _pPacker || _states.back() == IN_CDATA)
+	{
+		_scratchText.assign(str.data(), str.size());
+		return writeNonIdentifyingStringOrIndex(_scratchText, voc);
+	}
+	const int pos = _writer.bitPos();
+	if (pos != 0 && pos != 2) throw FISEncodingException("Illegal startposition for a NonIdentifyingStringOrIndex value");
+	bool indexed = isIndexable(str.size());
+	bool exists = false;
+	unsigned int idx = 0;
+	if (indexed)
+	{
+		idx = indexString(voc, str, exists);
+		indexed = idx != NOT_INDEXED;
+	}
+	_writer.write(exists);
+	if (exists)
+	{
+		Encoder::integer(_writer, idx);
+		return idx;
+	}
+	_writer.write(indexed);
+	_writer.write(UTF8_STRING, 2);
+	Encoder::nonEmptyStringLength(_writer, static_cast<unsigned int>(str.size()));
+	_writer.write(str.data(), static_cast<unsigned int>(str.size()));
+	return indexed ? idx : 0;
 }
 
 
@@ -871,10 +912,15 @@ unsigned int FastInfosetWriter::writeNonIdentifyingStringOrIndex(const Encoding&
 	if (pos != 0 && pos != 2) throw FISEncodingException("Illegal startposition for a NonIdentifyingStringOrIndex value");
 	const int type = encoding.type();
 	const bool textual = type == EncodingAlgorithm::INVALID || type == EncodingAlgorithm::CDATA_ENCODING;
-	const bool indexed = textual && isIndexed(encoding.content(), voc);
+	bool indexed = textual && isIndexed(encoding.content(), voc);
 	bool exists = false;
 	unsigned int idx = 0;
-	if (indexed) idx = indexValue(voc, encoding.content(), exists);
+	if (indexed && !encoding.content().empty())
+	{
+		idx = indexString(voc, encoding.content(), exists);
+		indexed = idx != NOT_INDEXED;
+	}
+	else exists = indexed; // the empty string, always at index 0
 	_writer.write(exists);
 	if (exists)
 	{
@@ -885,7 +931,7 @@ unsigned int FastInfosetWriter::writeNonIdentifyingStringOrIndex(const Encoding&
 		_writer.write(indexed);
 		writeEncodedCharacterString(encoding);
 	}
-	return idx;
+	return indexed ? idx : 0;
 }
 
 

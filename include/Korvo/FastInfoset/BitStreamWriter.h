@@ -93,6 +93,8 @@ private:
 	void appendBits(Korvo::UInt64 value, int numOfBits);
 		/// Appends the low numOfBits (0 to 56) bits of value and passes the
 		/// octets this completes to the stream.
+	void appendOctets(Korvo::UInt64 value, int numOfBits);
+		/// appendBits() when the bits complete at least one octet.
 	void writeOctets(const char* str, std::size_t numBytes);
 	void writeUnalignedOctets(const char* str, std::size_t numBytes);
 	void writeToStream(const char* buffer, int length);
@@ -163,20 +165,14 @@ inline void BitStreamWriter::writeToStream(const char* buffer, int length)
 
 inline void BitStreamWriter::appendBits(Korvo::UInt64 value, int numOfBits)
 {
-	// The pending bits and the new ones in one word, most significant
-	// first; the whole octets of it go to the stream, the rest stays.
+	// Bits that leave the open octet unfinished are only put into it.
 	const int total = _cachedBits + numOfBits;
-	const Korvo::UInt64 field = numOfBits == 0 ? 0 : (value << (64 - numOfBits)) >> _cachedBits;
-	const Korvo::UInt64 word = (Korvo::UInt64(_cache[0]) << 56) | field;
-	const int octets = total >> 3;
-	if (octets > 0)
+	if (total < Utility::SIZEOFCHARINBIT)
 	{
-		char bytes[8];
-		for (int i = 0; i < octets; ++i) bytes[i] = static_cast<char>(word >> (56 - 8*i));
-		writeToStream(bytes, octets);
+		_cache[0] = static_cast<unsigned char>(_cache[0] | ((value & ((Korvo::UInt64(1) << numOfBits) - 1)) << (Utility::SIZEOFCHARINBIT - total)));
+		_cachedBits = total;
 	}
-	_cache[0] = static_cast<unsigned char>(word >> (56 - 8*octets));
-	_cachedBits = total & 7;
+	else appendOctets(value, numOfBits);
 }
 
 

@@ -58,7 +58,27 @@ public:
 	static void documentPreHeader(BitStreamWriter& aWriter, bool writeXMLDeclaration);
 		/// Writes the optional XML declaration, the identification, the
 		/// version and the '0' bit that precedes the header flags.
+
+private:
+	static void integerForms(BitStreamWriter& aWriter, unsigned int val);
+		/// integer() for the forms not written inline.
 };
+
+
+//
+// inlines
+//
+inline void Encoder::integer(BitStreamWriter& aWriter, unsigned int val)
+{
+	// The one-octet forms from the second to the fourth bit, which most
+	// indices take: '0' and val - 1 in the rest of the octet.
+	const int pos = aWriter.bitPos();
+	const int restOfOctet = 8 - pos;
+	if (pos >= 1 && pos <= 3 && val >= 1 && val <= (1u << (restOfOctet - 1)))
+		aWriter.write(val - 1, restOfOctet);
+	else
+		integerForms(aWriter, val);
+}
 
 
 } } // namespace Korvo::FastInfoset

@@ -28,6 +28,7 @@
 #include "Korvo/FastInfoset/UnparsedEntity.h"
 #include "Korvo/FastInfoset/QualifiedNameVocabulary.h"
 #include "Korvo/FastInfoset/StringIndexingPolicy.h"
+#include "Korvo/FastInfoset/IndexedVocabulary.h"
 #include "Korvo/FastInfoset/Vocabulary.h"
 #include "Poco/SAX/LexicalHandler.h"
 #include "Poco/SAX/DTDHandler.h"
@@ -36,7 +37,7 @@
 #include <memory>
 #include <ostream>
 #include <string>
-#include <unordered_map>
+#include <string_view>
 #include <vector>
 
 
@@ -45,6 +46,7 @@ namespace FastInfoset {
 
 
 class StringPacker;
+class QualifiedNameCache;
 
 
 class FastInfoset_API FastInfosetWriter: public FISContentHandler, public Korvo::XML::LexicalHandler, public Korvo::XML::DTDHandler, public FISDocumentHandler
@@ -338,17 +340,22 @@ private:
 	void writeTerminator();
 	bool isIndexable(std::size_t length) const;
 	bool isIndexed(const std::string& str, DocumentVocabulary::ID voc);
-	unsigned int indexValue(DocumentVocabulary::ID voc, const std::string& str, bool& exists);
-		/// The index of str in table voc, added when absent.
 	bool hasOnlyPredefinedEntries() const;
 	void writeNameSurrogate(const QualifiedNameEntry& qne);
 	bool findQualifiedName(const Korvo::XML::XMLString& prefix, const Korvo::XML::XMLString& ns, const Korvo::XML::XMLString& localName, bool inElement, unsigned int& idx) const;
-	const std::string& nameKey(const Korvo::XML::XMLString& prefix, const Korvo::XML::XMLString& ns, const Korvo::XML::XMLString& localName);
 	void forgetNames();
+	void findTables();
+		/// Notes which tables can be searched without a virtual call.
+	unsigned int indexString(DocumentVocabulary::ID id, std::string_view str, bool& exists);
+		/// The index of str in table id, which gets it when absent unless it
+		/// is full: NOT_INDEXED then.
+	unsigned int writeValueOrIndex(std::string_view str, DocumentVocabulary::ID voc);
+		/// writeNonIdentifyingStringOrIndex() for text given as a view.
+	void writeCharacters(std::string_view text);
 	std::string unusedPrefix();
 
-	using NameIndex = std::unordered_map<std::string, unsigned int>;
-		/// Qualified names already in a name table, by their strings.
+	static constexpr unsigned int NOT_INDEXED = 0xFFFFFFFF;
+		/// What indexString() returns for a string written only literally.
 
 	BitStreamWriter                     _writer;
 	bool                                _writeXMLDeclaration;
@@ -381,10 +388,14 @@ private:
 	Korvo::XML::XMLString               _scratchPrefix;
 	Korvo::XML::XMLString               _scratchLocal;
 	Korvo::XML::XMLString               _textBuffer;
+	Korvo::XML::XMLString               _scratchText;
 	Korvo::XML::AttributesImpl          _emptyAttributes;
-	NameIndex                           _knownElementNames;
-	NameIndex                           _knownAttributeNames;
-	std::string                         _nameKey;
+	std::unique_ptr<QualifiedNameCache> _pKnownNames;
+		/// Qualified names already in a name table, by their strings.
+	IndexedVocabulary<std::string>*     _pIndexedTables[DocumentVocabulary::CHARACTER_CONTENT_CHUNK + 1];
+	IndexedVocabulary<QualifiedNameEntry>* _pIndexedNames[2];
+		/// The tables that find values without a virtual call (by ID, and
+		/// attribute then element names), or null.
 };
 
 

@@ -18,9 +18,8 @@
 
 
 #include "Korvo/FastInfoset/FastInfoset.h"
-#include "Korvo/FastInfoset/Vocabulary.h"
+#include "Korvo/FastInfoset/IndexedVocabulary.h"
 #include "Korvo/FastInfoset/QualifiedNameVocabulary.h"
-#include "Korvo/FastInfoset/ValueIndex.h"
 #include "Poco/Hash.h"
 #include <memory>
 #include <string>
@@ -64,15 +63,15 @@ struct HashFunction<QualifiedNameEntry>
 
 
 template <class T>
-class HashVocabulary: public Vocabulary<T>
-	/// A table that finds values through a hash index and holds at most as
-	/// many values as its fixed size (placeholder included): adding one
-	/// more throws PoolOverflowException "Vocabulary hash table full" and
-	/// leaves the table unchanged.
+class HashVocabulary: public IndexedVocabulary<T>
+	/// A table that finds values by hashing and holds at most as many
+	/// values as its fixed size (placeholder included): adding one more
+	/// throws PoolOverflowException "Vocabulary hash table full" and leaves
+	/// the table unchanged.
 	///
-	/// The index is built when a value is first looked up, and only as
-	/// large as the values need, so a large size costs nothing until it
-	/// is used.
+	/// The hash index is built when a value is first looked up, and only as
+	/// large as the values need, so a large size costs nothing until it is
+	/// used.
 {
 public:
 	enum DontInitialize
@@ -81,7 +80,7 @@ public:
 	};
 
 	explicit HashVocabulary(unsigned int size):
-		_tableSize(size)
+		IndexedVocabulary<T>(size)
 		/// Creates a table of size holding the placeholder at index 0.
 	{
 		bool existed;
@@ -89,13 +88,13 @@ public:
 	}
 
 	explicit HashVocabulary(DontInitialize):
-		_tableSize(0)
+		IndexedVocabulary<T>(0)
 		/// Creates a bare table of size 0: it can hold no value.
 	{
 	}
 
 	HashVocabulary(DontInitialize, unsigned int size):
-		_tableSize(size)
+		IndexedVocabulary<T>(size)
 		/// Creates a table of size without the placeholder.
 	{
 	}
@@ -104,38 +103,10 @@ public:
 
 	HashVocabulary& operator = (const HashVocabulary& other) = default;
 
-	unsigned int index(const T& value, bool& valueExisted) override
-	{
-		return insert(value, this->_index.size(), valueExisted);
-	}
-
-	unsigned int exists(const T& value, bool& found) const override
-	{
-		typename ValueIndex<T>::Probe probe = _lookup.probe(this->_index, value);
-		found = probe.found();
-		return probe.index();
-	}
-
-	const T& value(unsigned int idx) const override
-	{
-		poco_assert (this->_index.size() > idx);
-		return this->_index[idx];
-	}
-
-	unsigned int size() const override
-	{
-		return this->_index.size();
-	}
-
-	bool empty() const override
-	{
-		return this->_index.empty();
-	}
-
 	Vocabulary<T>* subtract(const Vocabulary<T>& other) const override
 		/// The result has the size of this table, enough for every value.
 	{
-		std::unique_ptr<HashVocabulary> pResult(new HashVocabulary(DONT_INITIALIZE, _tableSize));
+		std::unique_ptr<HashVocabulary> pResult(new HashVocabulary(DONT_INITIALIZE, tableSize()));
 		this->addMissing(*pResult, other);
 		return pResult.release();
 	}
@@ -145,16 +116,10 @@ public:
 		return new HashVocabulary(*this);
 	}
 
-	void truncate(unsigned int size) override
-	{
-		_lookup.truncate(this->_index, size);
-		this->_index.truncate(size);
-	}
-
 	unsigned int tableSize() const
 		/// The most values the table holds.
 	{
-		return _tableSize;
+		return this->capacity();
 	}
 
 protected:
@@ -162,19 +127,10 @@ protected:
 		/// Finds value, or appends it to the table under newIndex, which is
 		/// the table's size.
 	{
-		poco_assert_dbg (newIndex == this->_index.size());
-		typename ValueIndex<T>::Probe probe = _lookup.probe(this->_index, value);
-		valueExisted = probe.found();
-		if (valueExisted) return probe.index();
-		if (newIndex >= _tableSize) throw Korvo::PoolOverflowException("Vocabulary hash table full");
-		this->_index.push_back(value);
-		_lookup.insert(this->_index, probe);
-		return newIndex;
+		poco_assert_dbg (newIndex == this->size());
+		(void) newIndex;
+		return this->add(value, valueExisted);
 	}
-
-private:
-	unsigned int          _tableSize;
-	mutable ValueIndex<T> _lookup;
 };
 
 

@@ -18,8 +18,7 @@
 
 
 #include "Korvo/FastInfoset/FastInfoset.h"
-#include "Korvo/FastInfoset/Vocabulary.h"
-#include "Korvo/FastInfoset/ValueIndex.h"
+#include "Korvo/FastInfoset/IndexedVocabulary.h"
 #include <memory>
 
 
@@ -28,9 +27,9 @@ namespace FastInfoset {
 
 
 template <class T>
-class MapVocabulary: public Vocabulary<T>
-	/// A table that finds values through a hash index, without a capacity
-	/// limit. The index is built when a value is first looked up.
+class MapVocabulary: public IndexedVocabulary<T>
+	/// A table that finds values by hashing, without a capacity limit. The
+	/// hash index is built when a value is first looked up.
 {
 public:
 	enum DontInitialize
@@ -38,7 +37,8 @@ public:
 		DONT_INITIALIZE = 0
 	};
 
-	explicit MapVocabulary(unsigned int size = 0)
+	explicit MapVocabulary(unsigned int size = 0):
+		IndexedVocabulary<T>(UNLIMITED)
 		/// Creates a table holding the placeholder at index 0. The size is
 		/// accepted for symmetry with HashVocabulary and ignored.
 	{
@@ -47,7 +47,8 @@ public:
 		MapVocabulary::index(T(), existed);
 	}
 
-	explicit MapVocabulary(DontInitialize)
+	explicit MapVocabulary(DontInitialize):
+		IndexedVocabulary<T>(UNLIMITED)
 		/// Creates a bare table without the placeholder.
 	{
 	}
@@ -55,40 +56,6 @@ public:
 	MapVocabulary(const MapVocabulary& other) = default;
 
 	MapVocabulary& operator = (const MapVocabulary&) = default;
-
-	unsigned int index(const T& value, bool& valueExisted) override
-	{
-		typename ValueIndex<T>::Probe probe = _lookup.probe(this->_index, value);
-		valueExisted = probe.found();
-		if (valueExisted) return probe.index();
-		unsigned int newIndex = this->_index.size();
-		this->_index.push_back(value);
-		_lookup.insert(this->_index, probe);
-		return newIndex;
-	}
-
-	unsigned int exists(const T& value, bool& found) const override
-	{
-		typename ValueIndex<T>::Probe probe = _lookup.probe(this->_index, value);
-		found = probe.found();
-		return probe.index();
-	}
-
-	const T& value(unsigned int idx) const override
-	{
-		poco_assert (this->_index.size() > idx);
-		return this->_index[idx];
-	}
-
-	unsigned int size() const override
-	{
-		return this->_index.size();
-	}
-
-	bool empty() const override
-	{
-		return this->_index.empty();
-	}
 
 	Vocabulary<T>* subtract(const Vocabulary<T>& other) const override
 	{
@@ -102,14 +69,8 @@ public:
 		return new MapVocabulary(*this);
 	}
 
-	void truncate(unsigned int size) override
-	{
-		_lookup.truncate(this->_index, size);
-		this->_index.truncate(size);
-	}
-
 private:
-	mutable ValueIndex<T> _lookup;
+	static constexpr unsigned int UNLIMITED = 0xFFFFFFFF;
 };
 
 

@@ -23,6 +23,7 @@
 #include <algorithm>
 #include <cstring>
 #include <string>
+#include <string_view>
 #include <vector>
 
 
@@ -38,44 +39,56 @@ struct ValueHash;
 template <>
 struct ValueHash<std::string>
 {
-	Korvo::UInt32 operator () (const std::string& value) const
+	Korvo::UInt32 operator () (std::string_view value) const
 	{
-		// Eight octets at a time; the last word overlaps the one before.
-		const char* p = value.data();
-		const std::size_t n = value.size();
-		Korvo::UInt64 h = 0x9E3779B97F4A7C15ull ^ n;
-		if (n >= 8)
-		{
-			std::size_t i = 0;
-			for (; i + 8 <= n; i += 8) h = mix(h, word8(p + i));
-			if (i < n) h = mix(h, word8(p + n - 8));
-		}
-		else if (n >= 4)
-		{
-			h = mix(h, (Korvo::UInt64(word4(p)) << 32) | word4(p + n - 4));
-		}
-		else if (n > 0)
-		{
-			const unsigned char* u = reinterpret_cast<const unsigned char*>(p);
-			h = mix(h, (Korvo::UInt64(u[0]) << 16) | (Korvo::UInt64(u[n >> 1]) << 8) | u[n - 1]);
-		}
-		return finish(h);
+		return finish(octets(0, value.data(), value.size()));
 	}
 
-	static Korvo::UInt64 mix(Korvo::UInt64 h, Korvo::UInt64 word)
+	static Korvo::UInt64 octets(Korvo::UInt64 h, const char* p, std::size_t n)
+		/// h continued with the n octets at p and their number: sixteen at a
+		/// time, the last two words overlapping the ones before.
 	{
-		h = (h ^ word)*0x9FB21C651E98DF25ull;
-		return h ^ (h >> 32);
+		Korvo::UInt64 a = 0;
+		Korvo::UInt64 b = 0;
+		if (n <= 16)
+		{
+			if (n >= 8)
+			{
+				a = word8(p);
+				b = word8(p + n - 8);
+			}
+			else if (n >= 4)
+			{
+				a = word4(p);
+				b = word4(p + n - 4);
+			}
+			else if (n > 0)
+			{
+				const unsigned char* u = reinterpret_cast<const unsigned char*>(p);
+				a = (Korvo::UInt64(u[0]) << 16) | (Korvo::UInt64(u[n >> 1]) << 8) | u[n - 1];
+			}
+		}
+		else
+		{
+			const char* q = p;
+			for (std::size_t rest = n; rest > 16; rest -= 16, q += 16) h = mix(word8(q) ^ K1, word8(q + 8) ^ h);
+			a = word8(p + n - 16);
+			b = word8(p + n - 8);
+		}
+		return mix(a ^ K1 ^ n, b ^ h ^ K2);
+	}
+
+	static Korvo::UInt64 mix(Korvo::UInt64 a, Korvo::UInt64 b)
+		/// Both halves of the 128-bit product, folded: every bit of a and b
+		/// reaches the middle bits.
+	{
+		unsigned __int128 product = static_cast<unsigned __int128>(a)*b;
+		return static_cast<Korvo::UInt64>(product) ^ static_cast<Korvo::UInt64>(product >> 64);
 	}
 
 	static Korvo::UInt32 finish(Korvo::UInt64 h)
-		/// Every bit of h reaches the low bits, which pick the slot.
 	{
-		h ^= h >> 33;
-		h *= 0xFF51AFD7ED558CCDull;
-		h ^= h >> 33;
-		h *= 0xC4CEB9FE1A85EC53ull;
-		return static_cast<Korvo::UInt32>(h ^ (h >> 33));
+		return static_cast<Korvo::UInt32>(h ^ (h >> 32));
 	}
 
 	static Korvo::UInt64 word8(const char* p)
@@ -91,6 +104,9 @@ struct ValueHash<std::string>
 		std::memcpy(&word, p, sizeof(word));
 		return word;
 	}
+
+	static constexpr Korvo::UInt64 K1 = 0xA0761D6478BD642Full;
+	static constexpr Korvo::UInt64 K2 = 0xE7037ED1A0B428DBull;
 };
 
 
@@ -99,8 +115,9 @@ struct ValueHash<QualifiedNameEntry>
 {
 	Korvo::UInt32 operator () (const QualifiedNameEntry& value) const
 	{
-		Korvo::UInt64 h = (Korvo::UInt64(value.prefixId()) << 32) | value.namespaceId();
-		return ValueHash<std::string>::finish(ValueHash<std::string>::mix(h, value.localNameId()));
+		using Strings = ValueHash<std::string>;
+		const Korvo::UInt64 h = Strings::mix((Korvo::UInt64(value.prefixId()) << 32 | value.namespaceId()) ^ Strings::K1, value.localNameId() ^ Strings::K2);
+		return Strings::finish(h);
 	}
 };
 
@@ -150,9 +167,11 @@ public:
 	{
 	}
 
-	Probe probe(const VerbTable<T>& values, const T& value)
+	template <class K>
+	Probe probe(const VerbTable<T>& values, const K& value)
 		/// Looks value up among values, indexing the values appended since
-		/// the last call first.
+		/// the last call first. A K compares and hashes as the T it stands
+		/// for (a std::string_view for a std::string).
 	{
 		sync(values);
 		return locate(values, value, _hash(value));
@@ -211,7 +230,8 @@ private:
 		return tag == EMPTY ? 1 : tag;
 	}
 
-	Probe locate(const VerbTable<T>& values, const T& value, Korvo::UInt32 hash) const
+	template <class K>
+	Probe locate(const VerbTable<T>& values, const K& value, Korvo::UInt32 hash) const
 	{
 		Probe result;
 		result._tag = tagOf(hash);

@@ -1,0 +1,122 @@
+//
+// IndexedVocabulary.h
+//
+// Library: FastInfoset
+// Package: Vocabulary
+// Module:  IndexedVocabulary
+//
+// The base of the vocabulary tables that find values by content.
+//
+// Copyright (c) 2026, Korvo FastInfoset developers.
+//
+// SPDX-License-Identifier:	BSL-1.0
+//
+
+
+#ifndef FastInfoset_IndexedVocabulary_INCLUDED
+#define FastInfoset_IndexedVocabulary_INCLUDED
+
+
+#include "Korvo/FastInfoset/FastInfoset.h"
+#include "Korvo/FastInfoset/Vocabulary.h"
+#include "Korvo/FastInfoset/ValueIndex.h"
+
+
+namespace Korvo {
+namespace FastInfoset {
+
+
+template <class T>
+class IndexedVocabulary: public Vocabulary<T>
+	/// A table that finds its values through a ValueIndex, built when a
+	/// value is first looked up, and holds at most a given number of values
+	/// (placeholder included): adding one more throws PoolOverflowException
+	/// "Vocabulary hash table full" and leaves the table unchanged.
+	///
+	/// Besides the table interface, find() and add() take anything that
+	/// compares and hashes like a T (a std::string_view for strings), and
+	/// are not virtual: a writer looks its values up through them.
+{
+public:
+	template <class K>
+	unsigned int find(const K& value) const
+		/// The index of value, or NOT_FOUND.
+	{
+		return _lookup.probe(this->_index, value).index();
+	}
+
+	template <class K>
+	unsigned int add(const K& value, bool& valueExisted)
+		/// The index of value, added when absent.
+	{
+		typename ValueIndex<T>::Probe probe = _lookup.probe(this->_index, value);
+		valueExisted = probe.found();
+		if (valueExisted) return probe.index();
+		const unsigned int newIndex = this->_index.size();
+		if (newIndex >= _capacity) throw Korvo::PoolOverflowException("Vocabulary hash table full");
+		T& slot = this->_index.spare();
+		if (static_cast<const void*>(&slot) != static_cast<const void*>(&value)) slot = value;
+		this->_index.push_back(slot);
+		_lookup.insert(this->_index, probe);
+		return newIndex;
+	}
+
+	unsigned int index(const T& value, bool& valueExisted) override
+	{
+		return add(value, valueExisted);
+	}
+
+	unsigned int exists(const T& value, bool& found) const override
+	{
+		unsigned int idx = find(value);
+		found = idx != Vocabulary<T>::NOT_FOUND;
+		return idx;
+	}
+
+	const T& value(unsigned int idx) const override
+	{
+		poco_assert (this->_index.size() > idx);
+		return this->_index[idx];
+	}
+
+	unsigned int size() const override
+	{
+		return this->_index.size();
+	}
+
+	bool empty() const override
+	{
+		return this->_index.empty();
+	}
+
+	void truncate(unsigned int size) override
+	{
+		_lookup.truncate(this->_index, size);
+		this->_index.truncate(size);
+	}
+
+protected:
+	explicit IndexedVocabulary(unsigned int capacity):
+		_capacity(capacity)
+	{
+	}
+
+	IndexedVocabulary(const IndexedVocabulary& other) = default;
+
+	IndexedVocabulary& operator = (const IndexedVocabulary& other) = default;
+
+	unsigned int capacity() const
+	{
+		return _capacity;
+	}
+
+private:
+	unsigned int          _capacity;
+	mutable ValueIndex<T> _lookup;
+};
+
+
+} } // namespace Korvo::FastInfoset
+
+
+#endif // FastInfoset_IndexedVocabulary_INCLUDED

@@ -1,0 +1,106 @@
+//
+// QualifiedNameCache.cpp
+//
+// Library: FastInfoset
+// Package: Serializer
+// Module:  QualifiedNameCache
+//
+// Copyright (c) 2026, Korvo FastInfoset developers.
+//
+// SPDX-License-Identifier:	BSL-1.0
+//
+
+
+#include "QualifiedNameCache.h"
+#include "Korvo/FastInfoset/ValueIndex.h"
+#include <algorithm>
+#include <cstring>
+
+
+namespace Korvo {
+namespace FastInfoset {
+
+
+namespace
+{
+	const std::size_t INITIAL_SLOTS = 64;
+}
+
+
+QualifiedNameCache::QualifiedNameCache()
+{
+}
+
+
+unsigned int QualifiedNameCache::find(const std::string& prefix, const std::string& ns, const std::string& localName, bool inElement) const
+{
+	if (_slots.empty()) return 0;
+	const unsigned int slot = _slots[slotOf(hashOf(prefix, ns, localName, inElement), prefix, ns, localName, inElement)];
+	return slot ? _entries[slot - 1].index : 0;
+}
+
+
+void QualifiedNameCache::add(const std::string& prefix, const std::string& ns, const std::string& localName, bool inElement, unsigned int index)
+{
+	if (2*(_entries.size() + 1) > _slots.size()) grow();
+	const Korvo::UInt32 hash = hashOf(prefix, ns, localName, inElement);
+	const std::size_t slot = slotOf(hash, prefix, ns, localName, inElement);
+	if (_slots[slot]) return;
+	_entries.push_back(Entry{hash, index, prefix, ns, localName, inElement});
+	_slots[slot] = static_cast<unsigned int>(_entries.size());
+}
+
+
+void QualifiedNameCache::clear()
+{
+	_entries.clear();
+	std::fill(_slots.begin(), _slots.end(), 0u);
+}
+
+
+Korvo::UInt32 QualifiedNameCache::hashOf(const std::string& prefix, const std::string& ns, const std::string& localName, bool inElement)
+{
+	// The local name tells most names apart; of the rest only the lengths.
+	using Hash = ValueHash<std::string>;
+	const Korvo::UInt64 extra = (Korvo::UInt64(prefix.size()) << 33) | (Korvo::UInt64(ns.size()) << 1) | inElement;
+	return Hash::finish(Hash::octets(extra, localName.data(), localName.size()));
+}
+
+
+namespace
+{
+	inline bool equal(const std::string& a, const std::string& b)
+	{
+		return a.size() == b.size() && std::memcmp(a.data(), b.data(), a.size()) == 0;
+	}
+}
+
+
+std::size_t QualifiedNameCache::slotOf(Korvo::UInt32 hash, const std::string& prefix, const std::string& ns, const std::string& localName, bool inElement) const
+{
+	const std::size_t mask = _slots.size() - 1;
+	for (std::size_t i = hash & mask; ; i = (i + 1) & mask)
+	{
+		const unsigned int slot = _slots[i];
+		if (!slot) return i;
+		const Entry& entry = _entries[slot - 1];
+		if (entry.hash == hash && entry.inElement == inElement && equal(entry.localName, localName) && equal(entry.prefix, prefix) && equal(entry.ns, ns)) return i;
+	}
+}
+
+
+void QualifiedNameCache::grow()
+{
+	std::vector<unsigned int> slots(_slots.empty() ? INITIAL_SLOTS : 2*_slots.size(), 0u);
+	const std::size_t mask = slots.size() - 1;
+	for (std::size_t e = 0; e < _entries.size(); ++e)
+	{
+		std::size_t i = _entries[e].hash & mask;
+		while (slots[i]) i = (i + 1) & mask;
+		slots[i] = static_cast<unsigned int>(e + 1);
+	}
+	_slots.swap(slots);
+}
+
+
+} } // namespace Korvo::FastInfoset
