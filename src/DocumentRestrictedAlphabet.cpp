@@ -34,13 +34,26 @@ const std::string DocumentRestrictedAlphabet::NUMERIC_CHARACTERS(NUMERIC);
 const std::string DocumentRestrictedAlphabet::DATE_TIME_CHARACTERS(DATE_TIME);
 
 
-DocumentRestrictedAlphabet::DocumentRestrictedAlphabet()
+DocumentRestrictedAlphabet::DocumentRestrictedAlphabet():
+	_alphabets(builtIns())
 {
-	_alphabets.reserve(15);
-	add(NUMERIC);
-	add(DATE_TIME);
-	for (int i = 0; i < RESERVED_ALPHABETS; ++i) addDummy();
-	poco_assert (_alphabets.size() == 15);
+}
+
+
+const std::vector<RestrictedAlphabet>& DocumentRestrictedAlphabet::builtIns()
+{
+	// Made once and copied: every vocabulary, so every writer and parser,
+	// starts with these.
+	static const std::vector<RestrictedAlphabet> BUILT_INS = []
+	{
+		std::vector<RestrictedAlphabet> alphabets;
+		alphabets.reserve(15);
+		alphabets.push_back(RestrictedAlphabet(NUMERIC));
+		alphabets.push_back(RestrictedAlphabet(DATE_TIME));
+		for (int i = 0; i < RESERVED_ALPHABETS; ++i) alphabets.push_back(RestrictedAlphabet());
+		return alphabets;
+	}();
+	return BUILT_INS;
 }
 
 

@@ -27,7 +27,9 @@
 #include "StringPacker.h"
 #include "Poco/XML/Name.h"
 #include "Poco/NumberFormatter.h"
+#include <algorithm>
 #include <cstring>
+#include <iterator>
 #include <memory>
 #include <stdexcept>
 
@@ -93,10 +95,12 @@ FastInfosetWriter::FastInfosetWriter(std::ostream& ostr):
 	_pIndexingPolicy(nullptr),
 	_shortestLiterals(false),
 	_documentStarted(false),
-	_pKnownNames(new QualifiedNameCache)
+	_pKnownNames(new QualifiedNameCache),
+	_knownNamesComplete(false)
 {
 	_states.push_back(UNINITIALIZED);
-	findTables();
+	std::fill(std::begin(_pIndexedTables), std::end(_pIndexedTables), nullptr);
+	std::fill(std::begin(_pIndexedNames), std::end(_pIndexedNames), nullptr);
 }
 
 
@@ -110,10 +114,12 @@ FastInfosetWriter::FastInfosetWriter(std::ostream& ostr, bool writeXMLDeclaratio
 	_pIndexingPolicy(nullptr),
 	_shortestLiterals(false),
 	_documentStarted(false),
-	_pKnownNames(new QualifiedNameCache)
+	_pKnownNames(new QualifiedNameCache),
+	_knownNamesComplete(false)
 {
 	_states.push_back(UNINITIALIZED);
-	findTables();
+	std::fill(std::begin(_pIndexedTables), std::end(_pIndexedTables), nullptr);
+	std::fill(std::begin(_pIndexedNames), std::end(_pIndexedNames), nullptr);
 }
 
 
@@ -127,10 +133,12 @@ FastInfosetWriter::FastInfosetWriter(std::ostream& ostr, bool writeXMLDeclaratio
 	_pIndexingPolicy(nullptr),
 	_shortestLiterals(false),
 	_documentStarted(false),
-	_pKnownNames(new QualifiedNameCache)
+	_pKnownNames(new QualifiedNameCache),
+	_knownNamesComplete(false)
 {
 	_states.push_back(UNINITIALIZED);
-	findTables();
+	std::fill(std::begin(_pIndexedTables), std::end(_pIndexedTables), nullptr);
+	std::fill(std::begin(_pIndexedNames), std::end(_pIndexedNames), nullptr);
 }
 
 
@@ -183,8 +191,11 @@ void FastInfosetWriter::setDocumentVocabulary(const DocumentVocabulary& voc)
 
 void FastInfosetWriter::forgetNames()
 {
-	_pKnownNames->clear();
+	_pKnownNames->reset(_vocabulary);
 	findTables();
+	// With name tables that hold nothing yet, every name in them will be
+	// one the writer put there and remembered.
+	_knownNamesComplete = getQNameVocabulary(true).size() <= 1 && getQNameVocabulary(false).size() <= 1;
 }
 
 
@@ -580,10 +591,10 @@ unsigned int FastInfosetWriter::writeQualifiedNameOrIndex(const XMLString& prefi
 	// look-ups once a name has been seen.
 	unsigned int idx = _pKnownNames->find(prefix, ns, localName, inElement);
 	unsigned int foundIdx = 0;
-	if (!idx && findQualifiedName(prefix, ns, localName, inElement, foundIdx))
+	if (!idx && !_knownNamesComplete && findQualifiedName(prefix, ns, localName, inElement, foundIdx))
 	{
 		idx = foundIdx;
-		_pKnownNames->add(prefix, ns, localName, inElement, idx);
+		_pKnownNames->add(prefix, ns, localName, inElement, getQNameVocabulary(inElement).value(idx), idx);
 	}
 
 	if (idx)
@@ -595,7 +606,7 @@ unsigned int FastInfosetWriter::writeQualifiedNameOrIndex(const XMLString& prefi
 		writeTerminator();
 		if (startPos == 1) _writer.write(false);
 		idx = writeQualifiedName(prefix, ns, localName, inElement);
-		if (idx) _pKnownNames->add(prefix, ns, localName, inElement, idx);
+		if (idx) _pKnownNames->add(prefix, ns, localName, inElement, getQNameVocabulary(inElement).value(idx), idx);
 	}
 	poco_assert (_writer.bitPos() == 0);
 	return idx;
@@ -659,12 +670,12 @@ unsigned int FastInfosetWriter::writeIdentifyingStringOrIndex(const std::string&
 inline unsigned int FastInfosetWriter::indexString(DocumentVocabulary::ID id, std::string_view str, bool& exists)
 {
 	IndexedVocabulary<std::string>* pTable = _pIndexedTables[id];
+	if (pTable && !isFull(*pTable)) return pTable->add(str, exists);
 	if (pTable)
 	{
 		const unsigned int idx = pTable->find(str);
 		exists = idx != Vocabulary<std::string>::NOT_FOUND;
-		if (exists) return idx;
-		return isFull(*pTable) ? NOT_INDEXED : pTable->add(str, exists);
+		return exists ? idx : NOT_INDEXED;
 	}
 	Vocabulary<std::string>& table = *_vocabulary.vocabulary(id);
 	exists = false;
@@ -1210,7 +1221,8 @@ void FastInfosetWriter::writeHeader()
 
 bool FastInfosetWriter::hasOnlyPredefinedEntries() const
 {
-	if (_vocabulary.restrictedAlphabets().alphabets().size() > DocumentRestrictedAlphabet().alphabets().size()) return false;
+	static const std::size_t BUILT_IN_ALPHABETS = 15;
+	if (_vocabulary.restrictedAlphabets().alphabets().size() > BUILT_IN_ALPHABETS) return false;
 	for (DocumentVocabulary::ID id: STRING_TABLES)
 	{
 		const Vocabulary<std::string>* pVoc = _vocabulary.vocabulary(id);

@@ -27,8 +27,21 @@ namespace
 }
 
 
-QualifiedNameCache::QualifiedNameCache()
+QualifiedNameCache::QualifiedNameCache():
+	_pPrefixes(nullptr),
+	_pNamespaces(nullptr),
+	_pLocalNames(nullptr)
 {
+}
+
+
+void QualifiedNameCache::reset(const DocumentVocabulary& vocabulary)
+{
+	_entries.clear();
+	std::fill(_slots.begin(), _slots.end(), 0u);
+	_pPrefixes = vocabulary.vocabulary(DocumentVocabulary::PREFIX);
+	_pNamespaces = vocabulary.vocabulary(DocumentVocabulary::NAMESPACE_NAME);
+	_pLocalNames = vocabulary.vocabulary(DocumentVocabulary::LOCAL_NAME);
 }
 
 
@@ -40,21 +53,14 @@ unsigned int QualifiedNameCache::find(const std::string& prefix, const std::stri
 }
 
 
-void QualifiedNameCache::add(const std::string& prefix, const std::string& ns, const std::string& localName, bool inElement, unsigned int index)
+void QualifiedNameCache::add(const std::string& prefix, const std::string& ns, const std::string& localName, bool inElement, const QualifiedNameEntry& name, unsigned int index)
 {
 	if (2*(_entries.size() + 1) > _slots.size()) grow();
 	const Korvo::UInt32 hash = hashOf(prefix, ns, localName, inElement);
 	const std::size_t slot = slotOf(hash, prefix, ns, localName, inElement);
 	if (_slots[slot]) return;
-	_entries.push_back(Entry{hash, index, prefix, ns, localName, inElement});
+	_entries.push_back(Entry{hash, index, name, inElement});
 	_slots[slot] = static_cast<unsigned int>(_entries.size());
-}
-
-
-void QualifiedNameCache::clear()
-{
-	_entries.clear();
-	std::fill(_slots.begin(), _slots.end(), 0u);
 }
 
 
@@ -67,12 +73,11 @@ Korvo::UInt32 QualifiedNameCache::hashOf(const std::string& prefix, const std::s
 }
 
 
-namespace
+bool QualifiedNameCache::equal(const Vocabulary<std::string>* pTable, unsigned int id, const std::string& value)
 {
-	inline bool equal(const std::string& a, const std::string& b)
-	{
-		return a.size() == b.size() && std::memcmp(a.data(), b.data(), a.size()) == 0;
-	}
+	// An absent prefix or namespace name has index 0, the empty placeholder.
+	const std::string* pString = pTable ? pTable->lookup(id) : nullptr;
+	return pString ? pString->size() == value.size() && std::memcmp(pString->data(), value.data(), value.size()) == 0 : value.empty();
 }
 
 
@@ -84,7 +89,10 @@ std::size_t QualifiedNameCache::slotOf(Korvo::UInt32 hash, const std::string& pr
 		const unsigned int slot = _slots[i];
 		if (!slot) return i;
 		const Entry& entry = _entries[slot - 1];
-		if (entry.hash == hash && entry.inElement == inElement && equal(entry.localName, localName) && equal(entry.prefix, prefix) && equal(entry.ns, ns)) return i;
+		if (entry.hash == hash && entry.inElement == inElement
+			&& equal(_pLocalNames, entry.name.localNameId(), localName)
+			&& equal(_pPrefixes, entry.name.prefixId(), prefix)
+			&& equal(_pNamespaces, entry.name.namespaceId(), ns)) return i;
 	}
 }
 

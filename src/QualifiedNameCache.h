@@ -18,6 +18,8 @@
 
 
 #include "Korvo/FastInfoset/FastInfoset.h"
+#include "Korvo/FastInfoset/DocumentVocabulary.h"
+#include "Korvo/FastInfoset/QualifiedNameVocabulary.h"
 #include <string>
 #include <vector>
 
@@ -30,38 +32,43 @@ class QualifiedNameCache
 	/// Finds the name-table index of a qualified name by its prefix,
 	/// namespace name, local name and role (element or attribute), without
 	/// building a key: one look-up in place of four table look-ups for a
-	/// name written before.
+	/// name written before. The strings are not copied: an entry holds the
+	/// name's table indices and is compared through the tables.
 {
 public:
 	QualifiedNameCache();
 
+	void reset(const DocumentVocabulary& vocabulary);
+		/// Forgets every name; names are then looked up in the string tables
+		/// of vocabulary, which must outlive the cache or the next reset.
+
 	unsigned int find(const std::string& prefix, const std::string& ns, const std::string& localName, bool inElement) const;
 		/// The index of the name, or 0 when it is not known (no name has index 0).
 
-	void add(const std::string& prefix, const std::string& ns, const std::string& localName, bool inElement, unsigned int index);
-		/// Remembers the index of a name that find() did not know.
-
-	void clear();
+	void add(const std::string& prefix, const std::string& ns, const std::string& localName, bool inElement, const QualifiedNameEntry& name, unsigned int index);
+		/// Remembers that the name, whose table entry is name, has index.
 
 private:
 	struct Entry
 	{
-		Korvo::UInt32 hash;
-		unsigned int  index;
-		std::string   prefix;
-		std::string   ns;
-		std::string   localName;
-		bool          inElement;
+		Korvo::UInt32      hash;
+		unsigned int       index;
+		QualifiedNameEntry name;
+		bool               inElement;
 	};
 
 	static Korvo::UInt32 hashOf(const std::string& prefix, const std::string& ns, const std::string& localName, bool inElement);
 	std::size_t slotOf(Korvo::UInt32 hash, const std::string& prefix, const std::string& ns, const std::string& localName, bool inElement) const;
 		/// The slot that holds the name, or the empty slot where it would go.
+	static bool equal(const Vocabulary<std::string>* pTable, unsigned int id, const std::string& value);
 	void grow();
 
 	std::vector<Entry>        _entries;
 	std::vector<unsigned int> _slots;
 		/// Position in _entries plus one; 0 for an empty slot.
+	const Vocabulary<std::string>* _pPrefixes;
+	const Vocabulary<std::string>* _pNamespaces;
+	const Vocabulary<std::string>* _pLocalNames;
 };
 
 

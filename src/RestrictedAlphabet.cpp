@@ -40,13 +40,23 @@ RestrictedAlphabet::RestrictedAlphabet(const std::string& utf8Characters):
 	poco_assert (!utf8Characters.empty());
 
 	_characters.reserve(utf8Characters.size() + 1);
-	Korvo::UTF8Encoding utf8;
-	Korvo::TextIterator it(utf8Characters, utf8);
-	Korvo::TextIterator end(utf8Characters);
-	for (; it != end; ++it)
+	bool ascii = true;
+	for (char c: utf8Characters) ascii = ascii && static_cast<unsigned char>(c) < 0x80;
+	if (ascii)
 	{
-		int ch = *it;
-		_characters.push_back(ch < 0 ? REPLACEMENT_CHARACTER : ch);
+		// ASCII characters are their own code points, as in the built-in alphabets.
+		for (char c: utf8Characters) _characters.push_back(c);
+	}
+	else
+	{
+		Korvo::UTF8Encoding utf8;
+		Korvo::TextIterator it(utf8Characters, utf8);
+		Korvo::TextIterator end(utf8Characters);
+		for (; it != end; ++it)
+		{
+			int ch = *it;
+			_characters.push_back(ch < 0 ? REPLACEMENT_CHARACTER : ch);
+		}
 	}
 	_characters.push_back(0);
 

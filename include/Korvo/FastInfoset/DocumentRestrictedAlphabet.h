@@ -60,6 +60,8 @@ public:
 		/// The alphabets of this list beyond the length of other.
 
 private:
+	static const std::vector<RestrictedAlphabet>& builtIns();
+
 	std::vector<RestrictedAlphabet> _alphabets;
 };
 

@@ -392,6 +392,8 @@ private:
 	Korvo::XML::AttributesImpl          _emptyAttributes;
 	std::unique_ptr<QualifiedNameCache> _pKnownNames;
 		/// Qualified names already in a name table, by their strings.
+	bool                                _knownNamesComplete;
+		/// True when _pKnownNames holds every name of the name tables.
 	IndexedVocabulary<std::string>*     _pIndexedTables[DocumentVocabulary::CHARACTER_CONTENT_CHUNK + 1];
 	IndexedVocabulary<QualifiedNameEntry>* _pIndexedNames[2];
 		/// The tables that find values without a virtual call (by ID, and

@@ -83,8 +83,7 @@ public:
 		IndexedVocabulary<T>(size)
 		/// Creates a table of size holding the placeholder at index 0.
 	{
-		bool existed;
-		HashVocabulary::index(T(), existed);
+		this->addPlaceholder();
 	}
 
 	explicit HashVocabulary(DontInitialize):

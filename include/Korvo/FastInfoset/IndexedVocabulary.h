@@ -110,6 +110,14 @@ protected:
 		return _capacity;
 	}
 
+	void addPlaceholder()
+		/// Stores T() at index 0 without a look-up: the index takes it in
+		/// when it is first asked, so that a table nobody searches builds none.
+	{
+		if (_capacity == 0) throw Korvo::PoolOverflowException("Vocabulary hash table full");
+		this->_index.push_back(T());
+	}
+
 private:
 	unsigned int          _capacity;
 	mutable ValueIndex<T> _lookup;

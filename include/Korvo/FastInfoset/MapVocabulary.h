@@ -43,8 +43,7 @@ public:
 		/// accepted for symmetry with HashVocabulary and ignored.
 	{
 		(void) size;
-		bool existed;
-		MapVocabulary::index(T(), existed);
+		this->addPlaceholder();
 	}
 
 	explicit MapVocabulary(DontInitialize):

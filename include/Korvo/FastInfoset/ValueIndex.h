@@ -219,7 +219,7 @@ private:
 	enum
 	{
 		EMPTY = 0,
-		MIN_SLOTS = 16,
+		MIN_SLOTS = 64,
 		LARGE_SLOTS = 4096
 	};
 

@@ -18,6 +18,7 @@
 
 
 #include "Korvo/FastInfoset/FastInfoset.h"
+#include <memory>
 #include <stdexcept>
 #include <utility>
 #include <vector>
@@ -45,11 +46,13 @@ public:
 	};
 
 	VerbTable():
+		_chunkCount(0),
 		_size(0)
 	{
 	}
 
 	VerbTable(const VerbTable& other):
+		_chunkCount(0),
 		_size(0)
 	{
 		append(other);
@@ -60,7 +63,8 @@ public:
 		if (this != &other)
 		{
 			VerbTable tmp(other);
-			_chunks.swap(tmp._chunks);
+			std::swap(_chunks, tmp._chunks);
+			std::swap(_chunkCount, tmp._chunkCount);
 			std::swap(_size, tmp._size);
 		}
 		return *this;
@@ -68,7 +72,7 @@ public:
 
 	~VerbTable()
 	{
-		for (auto pChunk: _chunks) delete pChunk;
+		for (std::size_t k = 0; k < _chunkCount; ++k) delete _chunks[k];
 	}
 
 	void push_back(const T& value)
@@ -86,7 +90,7 @@ public:
 		/// over from earlier use.
 	{
 		std::size_t k = chunkOf(_size);
-		if (k == _chunks.size()) addChunk();
+		if (k == _chunkCount) addChunk();
 		std::vector<T>& chunk = *_chunks[k];
 		std::size_t offset = _size - chunkStart(k);
 		if (offset == chunk.size()) chunk.emplace_back();
@@ -162,17 +166,10 @@ private:
 
 	void addChunk()
 	{
-		std::vector<T>* pChunk = new std::vector<T>;
-		try
-		{
-			pChunk->reserve(chunkCapacity(_chunks.size()));
-			_chunks.push_back(pChunk);
-		}
-		catch (...)
-		{
-			delete pChunk;
-			throw;
-		}
+		poco_assert (_chunkCount < MAX_CHUNKS);
+		std::unique_ptr<std::vector<T>> pChunk(new std::vector<T>);
+		pChunk->reserve(chunkCapacity(_chunkCount));
+		_chunks[_chunkCount++] = pChunk.release();
 	}
 
 	void append(const VerbTable& other)
@@ -183,16 +180,23 @@ private:
 		}
 		catch (...)
 		{
-			for (auto pChunk: _chunks) delete pChunk;
-			_chunks.clear();
+			for (std::size_t k = 0; k < _chunkCount; ++k) delete _chunks[k];
+			_chunkCount = 0;
 			throw;
 		}
 	}
 
-	std::vector<std::vector<T>*> _chunks;
+	enum
+	{
+		MAX_CHUNKS = 25
+			/// Enough for 2^32 values.
+	};
+
+	std::vector<T>* _chunks[MAX_CHUNKS];
 		/// Chunk k holds constructed objects up to its size(); those past
 		/// the table's size are spares.
-	unsigned int                 _size;
+	std::size_t     _chunkCount;
+	unsigned int    _size;
 };
 
 
