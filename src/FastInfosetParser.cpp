@@ -60,6 +60,9 @@ namespace
 
 	const unsigned int ABSENT_INDEX = 0xFFFFFFFF;
 
+	const unsigned int NOT_INDEXED = 0xFFFFFFFF;
+		// The index given for a literal that a full table did not take.
+
 	// A memory reader takes the size of its block as an unsigned int;
 	// larger blocks are read through a stream instead.
 	const std::size_t MAX_MEMORY_BLOCK = UINT_MAX;
@@ -375,6 +378,7 @@ void FastInfosetParser::parseDocument(BitStreamReader& aReader)
 	_openElements.clear();
 	_elementNames.clear();
 	_attributeNames.clear();
+	_unindexedStrings.clear();
 	// The tables are about to be rebuilt: no list may trust the strings it copied from.
 	for (auto& pList: _attributeLists)
 	{
@@ -752,6 +756,14 @@ bool FastInfosetParser::readBufferedCharacters(const unsigned char*& p, const un
 }
 
 
+void FastInfosetParser::addToItsTable(DocumentVocabulary::ID id, const std::string& value)
+{
+	Vocabulary<std::string>& table = *_vocabulary.vocabulary(id);
+	bool existed = false;
+	if (!isFull(table)) table.index(value, existed);
+}
+
+
 const std::string& FastInfosetParser::addValue(DocumentVocabulary::ID id, const char* pText, std::size_t length)
 {
 	// The value is built where the table keeps its next value, so that a
@@ -1027,8 +1039,12 @@ unsigned FastInfosetParser::readLiteralQualifiedName(BitStreamReader& aReader, R
 	poco_assert (qualName.pPrefix != 0);
 	poco_assert (qualName.pUri != 0);
 	poco_assert (qualName.pLocalName != 0);
+	// A name with a part that no table holds, or a full name table, is not
+	// indexed: the writer adds nothing either.
+	Vocabulary<QualifiedNameEntry>& names = getQNameVocabulary(isElement);
+	if (prefixIndex == NOT_INDEXED || namespaceIndex == NOT_INDEXED || localNameIndex == NOT_INDEXED || isFull(names)) return 0;
 	bool existed = false;
-	unsigned index = getQNameVocabulary(isElement).index(QualifiedNameEntry(prefixIndex, namespaceIndex, localNameIndex), existed);
+	unsigned index = names.index(QualifiedNameEntry(prefixIndex, namespaceIndex, localNameIndex), existed);
 	rememberName(index, isElement, qualName);
 	return index;
 }
@@ -1104,9 +1120,20 @@ const std::string& FastInfosetParser::parseIdentifyingStringOrIndex(BitStreamRea
 
 	if (!readBit(aReader, "Unexpected end of stream while parsing identifying string or index"))
 	{
-		Decoder::nonEmptyOctetString(aReader, _literalBuffer);
+		// Read where the table keeps its next value, so that a new one is
+		// stored without a copy.
+		Vocabulary<std::string>& table = *_vocabulary.vocabulary(id);
+		std::string& value = table.spare();
+		Decoder::nonEmptyOctetString(aReader, value);
+		if (isFull(table))
+		{
+			// Kept apart for as long as the document may still name it.
+			index = NOT_INDEXED;
+			_unindexedStrings.push_back(value);
+			return _unindexedStrings.back();
+		}
 		bool existed = false;
-		index = _vocabulary.index(id, _literalBuffer, existed);
+		index = table.index(value, existed);
 	}
 	else
 	{
@@ -1138,11 +1165,7 @@ Korvo::AutoPtr<Encoding> FastInfosetParser::parseNonIdentifyingStringOrIndex(Bit
 	{
 		bool addToTable = readBit(aReader, "Unexpected end of stream whil parsing encoded character string");
 		Korvo::AutoPtr<Encoding> pValue = parseEncodedCharacterString(aReader);
-		if (addToTable)
-		{
-			bool existed = false;
-			_vocabulary.index(id, pValue->content(), existed);
-		}
+		if (addToTable) addToItsTable(id, pValue->content());
 		return pValue;
 	}
 	unsigned index = 0;
@@ -1161,11 +1184,7 @@ const std::string& FastInfosetParser::parseNonIdentifyingStringOrIndexXML(BitStr
 	{
 		bool addToTable = readBit(aReader, "Unexpected end of stream while parsing encoded character string");
 		const std::string& value = parseEncodedCharacterStringXML(aReader, type);
-		if (addToTable)
-		{
-			bool existed = false;
-			_vocabulary.index(id, value, existed);
-		}
+		if (addToTable) addToItsTable(id, value);
 		return value;
 	}
 	unsigned index = 0;
@@ -1282,11 +1301,7 @@ void FastInfosetParser::parseCharacterChunk(BitStreamReader& aReader)
 			_textBuffer.clear();
 			std::string& text = _pNullEncoding->content();
 			Decoder::nonEmptyOctetString(aReader, text);
-			if (head & 0x04)
-			{
-				bool existed = false;
-				_vocabulary.index(DocumentVocabulary::CHARACTER_CONTENT_CHUNK, text, existed);
-			}
+			if (head & 0x04) addToItsTable(DocumentVocabulary::CHARACTER_CONTENT_CHUNK, text);
 			deliverText(text);
 			return;
 		}

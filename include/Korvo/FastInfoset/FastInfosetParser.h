@@ -27,6 +27,7 @@
 #include "Poco/SAX/XMLReader.h"
 #include "Poco/SAX/AttributesImpl.h"
 #include <cstddef>
+#include <deque>
 #include <memory>
 #include <string>
 #include <vector>
@@ -296,6 +297,8 @@ private:
 		/// without any effect when it needs the general path.
 	const std::string& addValue(DocumentVocabulary::ID id, const char* pText, std::size_t length);
 		/// Adds the string to table id, unless the table is full; returns it.
+	void addToItsTable(DocumentVocabulary::ID id, const std::string& value);
+		/// Adds value to table id, unless the table is full.
 	const ResolvedQualName* knownName(unsigned index, bool isElement);
 		/// The resolved name at index, or null past the end of its table.
 
@@ -331,6 +334,9 @@ private:
 		/// Element-name table entries resolved so far, by index.
 	std::vector<ResolvedQualName> _attributeNames;
 		/// Attribute-name table entries resolved so far, by index.
+	std::deque<std::string>      _unindexedStrings;
+		/// Literal names that full tables did not take, kept for the
+		/// document's events.
 };
 
 
