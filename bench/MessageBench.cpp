@@ -5,7 +5,8 @@
 // fixtures (NAME.xml with the NAME.fi that another implementation wrote):
 // parsed by a reused parser and by one built for it, and written by a writer
 // built for it through each constructor, against the toolkit's SAXParser and
-// XMLWriter on the same message.
+// XMLWriter on the same message; and both ways against a shared vocabulary,
+// the one the message itself builds.
 //
 // Copyright (c) 2026, Korvo FastInfoset developers.
 //
@@ -23,6 +24,7 @@
 #include <functional>
 #include <memory>
 #include <ostream>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -35,13 +37,35 @@ namespace {
 const std::string MESSAGES = KORVO_SOURCE_DIR "/../shared/fixtures/messages";
 
 
+const std::string VOCABULARY_URI = "urn:korvo:bench:messages";
+
+
 struct Message
 {
 	std::string name;
 	std::string xml;
 	std::string fis;
 	Bench::RecordedEvents events;
+	std::unique_ptr<DocumentVocabulary> pVocabulary;
+		/// The vocabulary the message itself builds, as a shared one.
+	std::string shared;
+		/// The message written against that vocabulary.
 };
+
+
+void learnVocabulary(Message& message)
+{
+	std::ostringstream sink;
+	FastInfosetWriter learner(sink, false, DocumentVocabulary::VOC_MAP);
+	message.events.replay(learner);
+	message.pVocabulary.reset(new DocumentVocabulary(learner.getDocumentVocabulary()));
+
+	std::ostringstream out;
+	FastInfosetWriter writer(out);
+	writer.useExternalVocabulary(VOCABULARY_URI, *message.pVocabulary);
+	message.events.replay(writer);
+	message.shared = out.str();
+}
 
 
 std::vector<std::unique_ptr<Message>> loadMessages()
@@ -54,6 +78,7 @@ std::vector<std::unique_ptr<Message>> loadMessages()
 		if (!Bench::readFile(MESSAGES + "/" + file, pMessage->xml)) continue;
 		if (!Bench::readFile(MESSAGES + "/" + pMessage->name + ".fi", pMessage->fis)) continue;
 		pMessage->events.readXML(pMessage->xml);
+		learnVocabulary(*pMessage);
 		messages.push_back(std::move(pMessage));
 	}
 	return messages;
@@ -103,6 +128,17 @@ void parseNew(benchmark::State& state, const Message& message)
 }
 
 
+void parseShared(benchmark::State& state, const Message& message)
+{
+	Korvo::XML::DefaultHandler handler;
+	FastInfosetParser parser;
+	parser.addExternalVocabulary(VOCABULARY_URI, *message.pVocabulary);
+	parser.setContentHandler(&handler);
+	for (auto _: state) parser.parseMemoryNP(message.shared.data(), message.shared.size());
+	state.counters["octets"] = static_cast<double>(message.shared.size());
+}
+
+
 void xmlWriter(benchmark::State& state, const Message& message)
 {
 	Bench::MemoryBuffer buffer;
@@ -142,6 +178,7 @@ void registerMessage(const Message& message)
 		benchmark::RegisterBenchmark((std::string("parse reused ") + implName(impl) + suffix).c_str(), parseReused, std::cref(message), impl);
 	}
 	benchmark::RegisterBenchmark(("parse new parser" + suffix).c_str(), parseNew, std::cref(message));
+	benchmark::RegisterBenchmark(("parse reused, shared vocabulary" + suffix).c_str(), parseShared, std::cref(message));
 
 	benchmark::RegisterBenchmark(("XMLWriter" + suffix).c_str(), xmlWriter, std::cref(message));
 	benchmark::RegisterBenchmark(("write (out)" + suffix).c_str(), write, std::cref(message),
@@ -151,6 +188,14 @@ void registerMessage(const Message& message)
 		benchmark::RegisterBenchmark((std::string("write (out, impl) ") + implName(impl) + suffix).c_str(), write, std::cref(message),
 			[impl](std::ostream& out) { return new FastInfosetWriter(out, false, impl); });
 	}
+	const DocumentVocabulary* pShared = message.pVocabulary.get();
+	benchmark::RegisterBenchmark(("write (out), shared vocabulary" + suffix).c_str(), write, std::cref(message),
+		[pShared](std::ostream& out)
+		{
+			FastInfosetWriter* pWriter = new FastInfosetWriter(out);
+			pWriter->useExternalVocabulary(VOCABULARY_URI, *pShared);
+			return pWriter;
+		});
 	for (DocumentVocabulary::VocabularyImpl impl: writerImpls)
 	{
 		std::shared_ptr<DocumentVocabulary> pVocabulary(new DocumentVocabulary(impl));

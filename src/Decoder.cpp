@@ -14,6 +14,7 @@
 #include "Korvo/FastInfoset/Decoder.h"
 #include "Korvo/FastInfoset/Encoder.h"
 #include "Korvo/FastInfoset/DocumentVocabulary.h"
+#include "Korvo/FastInfoset/ExternalVocabularies.h"
 #include "Korvo/FastInfoset/FISException.h"
 #include "Korvo/FastInfoset/FastInfosetParser.h"
 #include "Korvo/FastInfoset/FastInfosetWriter.h"
@@ -458,6 +459,12 @@ void Decoder::documentPreHeader(BitStreamReader& aReader, std::string& xmlDeclar
 
 Decoder::OpenHeaderParts Decoder::documentHeader(BitStreamReader& aReader, DocumentVocabulary& voc, FISDocumentHandler* pHandler)
 {
+	return documentHeader(aReader, voc, pHandler, nullptr);
+}
+
+
+Decoder::OpenHeaderParts Decoder::documentHeader(BitStreamReader& aReader, DocumentVocabulary& voc, FISDocumentHandler* pHandler, ExternalVocabularies* pGiven)
+{
 	// A header that ends before its flags may have had no '0' bit to skip.
 	expect(aReader.canRead(7), END_OF_HEADER);
 	poco_assert (aReader.bitPos() == 1);
@@ -476,14 +483,37 @@ Decoder::OpenHeaderParts Decoder::documentHeader(BitStreamReader& aReader, Docum
 
 	if (hasAdditionalData) skipAdditionalData(aReader);
 	if (hasInitialVocabulary)
-		parseInitialVocabulary(aReader, voc, pHandler);
+		parseInitialVocabulary(aReader, voc, pHandler, pGiven);
 	else
 		voc.reset();
 	return openParts;
 }
 
 
+std::string Decoder::externalVocabularyURI(BitStreamReader& aReader)
+{
+	std::string uri;
+	documentPreHeader(aReader, uri);
+	uri.clear();
+	unsigned int flags = 0;
+	expect(aReader.canRead(7) && aReader.read(flags, 7), END_OF_HEADER);
+	if (flags & 0x40) skipAdditionalData(aReader);
+	if (!(flags & 0x20)) return uri;
+	expect(aReader.read(flags, 16), END_OF_INITIAL_VOCABULARY);
+	if (!(flags & EXTERNAL_VOCABULARY)) return uri;
+	skipPadding(aReader, 1, END_OF_STRING_LENGTH);
+	nonEmptyOctetString(aReader, uri);
+	return uri;
+}
+
+
 void Decoder::parseInitialVocabulary(BitStreamReader& aReader, DocumentVocabulary& voc, FISDocumentHandler* pHandler)
+{
+	parseInitialVocabulary(aReader, voc, pHandler, nullptr);
+}
+
+
+void Decoder::parseInitialVocabulary(BitStreamReader& aReader, DocumentVocabulary& voc, FISDocumentHandler* pHandler, ExternalVocabularies* pGiven)
 {
 	// Three padding bits, then the thirteen presence flags up to the octet boundary.
 	unsigned int flags;
@@ -493,7 +523,7 @@ void Decoder::parseInitialVocabulary(BitStreamReader& aReader, DocumentVocabular
 		throw FISException("Initial Vocabulary detected with zero information in it - at least one dictionary required");
 
 	if (flags & EXTERNAL_VOCABULARY)
-		handleExternalVocabulary(aReader, voc, pHandler);
+		handleExternalVocabulary(aReader, voc, pHandler, pGiven);
 	else
 		voc.reset();
 	if (flags & RESTRICTED_ALPHABETS) handleRestrictedAlphabet(aReader, voc);
@@ -514,9 +544,20 @@ void Decoder::parseInitialVocabulary(BitStreamReader& aReader, DocumentVocabular
 
 void Decoder::handleExternalVocabulary(BitStreamReader& aReader, DocumentVocabulary& voc, FISDocumentHandler* pHandler)
 {
+	handleExternalVocabulary(aReader, voc, pHandler, nullptr);
+}
+
+
+void Decoder::handleExternalVocabulary(BitStreamReader& aReader, DocumentVocabulary& voc, FISDocumentHandler* pHandler, ExternalVocabularies* pGiven)
+{
 	skipPadding(aReader, 1, END_OF_STRING_LENGTH);
 	std::string uri;
 	nonEmptyOctetString(aReader, uri);
+	if (pGiven && pGiven->install(uri, voc))
+	{
+		if (pHandler) pHandler->setExternalVocabulary(uri, voc);
+		return;
+	}
 	if (uri == voc.getURI()) return; // already the vocabulary in hand
 
 	loadExternalVocabulary(uri, voc);

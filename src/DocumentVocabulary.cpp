@@ -123,6 +123,49 @@ DocumentVocabulary::DocumentVocabulary(const DocumentVocabulary& other):
 }
 
 
+DocumentVocabulary::DocumentVocabulary(const DocumentVocabulary& other, VocabularyImpl impl):
+	_impl(impl),
+	_restrictedAlphabets(other._restrictedAlphabets),
+	_encodings(other._encodings),
+	_pElementVocabulary(nullptr),
+	_pAttributeVocabulary(nullptr),
+	_uri(other._uri)
+{
+	try
+	{
+		reset();
+		_restrictedAlphabets = other._restrictedAlphabets;
+		if (other._vocabularies.size() < TABLE_SLOTS || !other._pElementVocabulary || !other._pAttributeVocabulary)
+			throw Korvo::InvalidArgumentException("A vocabulary without tables cannot be copied into other tables");
+		for (std::size_t id = PREFIX; id < TABLE_SLOTS; ++id) copyValues(*other._vocabularies[id], *_vocabularies[id]);
+		copyValues(*other._pElementVocabulary, *_pElementVocabulary);
+		copyValues(*other._pAttributeVocabulary, *_pAttributeVocabulary);
+	}
+	catch (...)
+	{
+		clear();
+		throw;
+	}
+}
+
+
+template <class T>
+void DocumentVocabulary::copyValues(const Vocabulary<T>& from, Vocabulary<T>& to)
+{
+	// Equal values stay apart, so that every index keeps its value.
+	to.truncate(0);
+	IndexedVocabulary<T>* pIndexed = dynamic_cast<IndexedVocabulary<T>*>(&to);
+	for (unsigned int i = 0; i < from.size(); ++i)
+	{
+		bool existed;
+		if (pIndexed)
+			pIndexed->append(from.value(i));
+		else
+			to.index(from.value(i), existed);
+	}
+}
+
+
 DocumentVocabulary& DocumentVocabulary::operator = (const DocumentVocabulary& other)
 {
 	if (this != &other)

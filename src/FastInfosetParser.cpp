@@ -145,6 +145,8 @@ FastInfosetParser::FastInfosetParser(const DocumentVocabulary& vocabulary):
 	_pNullRefEncoding(new NullRefEncoding(EMPTY_STRING))
 {
 	reserveBuffers();
+	if (!vocabulary.getURI().empty() && vocabulary.vocabulary(DocumentVocabulary::PREFIX))
+		_externalVocabularies.add(vocabulary.getURI(), vocabulary);
 }
 
 
@@ -189,6 +191,12 @@ void FastInfosetParser::initialize(Korvo::XML::XMLWriter* pWriter)
 	setDocumentHandler(pFastInfosetWriter ? static_cast<FISDocumentHandler*>(pFastInfosetWriter) : 0);
 	setDTDHandler(pWriter);
 	setProperty(XMLReader::PROPERTY_LEXICAL_HANDLER, static_cast<Korvo::XML::LexicalHandler*>(pWriter));
+}
+
+
+void FastInfosetParser::addExternalVocabulary(const std::string& uri, const DocumentVocabulary& vocabulary)
+{
+	_externalVocabularies.add(uri, vocabulary);
 }
 
 
@@ -386,7 +394,18 @@ void FastInfosetParser::parseDocument(BitStreamReader& aReader)
 	}
 	Decoder::documentPreHeader(aReader, _literalBuffer);
 	if (_pDocumentHandler) _pDocumentHandler->setWriteXMLDeclaration(!_literalBuffer.empty());
-	Decoder::OpenHeaderParts parts = Decoder::documentHeader(aReader, _vocabulary, _pDocumentHandler);
+	_externalVocabularies.beginDocument();
+	Decoder::OpenHeaderParts parts;
+	try
+	{
+		parts = Decoder::documentHeader(aReader, _vocabulary, _pDocumentHandler, &_externalVocabularies);
+	}
+	catch (...)
+	{
+		_externalVocabularies.endHeader();
+		throw;
+	}
+	_externalVocabularies.endHeader();
 	if (_pDocumentHandler) _pDocumentHandler->setDocumentVocabulary(_vocabulary);
 	parseDocumentChildren(aReader, parts);
 	if (_pContentHandler) _pContentHandler->startDocument();

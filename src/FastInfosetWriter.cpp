@@ -96,7 +96,8 @@ FastInfosetWriter::FastInfosetWriter(std::ostream& ostr):
 	_shortestLiterals(false),
 	_documentStarted(false),
 	_pKnownNames(new QualifiedNameCache),
-	_knownNamesComplete(false)
+	_knownNamesComplete(false),
+	_vocabularyIsExternal(false)
 {
 	_states.push_back(UNINITIALIZED);
 	std::fill(std::begin(_pIndexedTables), std::end(_pIndexedTables), nullptr);
@@ -115,7 +116,8 @@ FastInfosetWriter::FastInfosetWriter(std::ostream& ostr, bool writeXMLDeclaratio
 	_shortestLiterals(false),
 	_documentStarted(false),
 	_pKnownNames(new QualifiedNameCache),
-	_knownNamesComplete(false)
+	_knownNamesComplete(false),
+	_vocabularyIsExternal(false)
 {
 	_states.push_back(UNINITIALIZED);
 	std::fill(std::begin(_pIndexedTables), std::end(_pIndexedTables), nullptr);
@@ -134,7 +136,8 @@ FastInfosetWriter::FastInfosetWriter(std::ostream& ostr, bool writeXMLDeclaratio
 	_shortestLiterals(false),
 	_documentStarted(false),
 	_pKnownNames(new QualifiedNameCache),
-	_knownNamesComplete(false)
+	_knownNamesComplete(false),
+	_vocabularyIsExternal(false)
 {
 	_states.push_back(UNINITIALIZED);
 	std::fill(std::begin(_pIndexedTables), std::end(_pIndexedTables), nullptr);
@@ -186,6 +189,7 @@ void FastInfosetWriter::setDocumentVocabulary(const DocumentVocabulary& voc)
 		throw Korvo::InvalidArgumentException("A DocumentVocabulary with VOC_VECTOR implementation cannot be used by FastInfosetWriter");
 	if (&voc != &_vocabulary) _vocabulary = voc;
 	forgetNames();
+	_vocabularyIsExternal = false;
 }
 
 
@@ -226,6 +230,22 @@ void FastInfosetWriter::setExternalVocabulary(const XMLString& uri, const Docume
 {
 	if (&voc != &_externalVocabulary) _externalVocabulary = voc;
 	_externalVocabularyURI = uri;
+	_vocabularyIsExternal = false;
+}
+
+
+void FastInfosetWriter::useExternalVocabulary(const XMLString& uri, const DocumentVocabulary& voc)
+{
+	if (uri.empty()) throw Korvo::InvalidArgumentException("An external vocabulary needs a URI");
+	if (!voc.vocabulary(DocumentVocabulary::PREFIX)) throw Korvo::InvalidArgumentException("An external vocabulary needs its tables", uri);
+	if (voc.impl() == DocumentVocabulary::VOC_VECTOR)
+		_vocabulary = DocumentVocabulary(voc, DocumentVocabulary::VOC_MAP);
+	else
+		_vocabulary = voc;
+	_externalVocabulary = voc;
+	_externalVocabularyURI = uri;
+	forgetNames();
+	_vocabularyIsExternal = true;
 }
 
 
@@ -1183,9 +1203,9 @@ void FastInfosetWriter::writeHeader()
 	// then no difference needs to be computed.
 	std::unique_ptr<DocumentVocabulary> pDifference;
 	const bool hasExternalVocabulary = !_externalVocabularyURI.empty();
-	if (hasExternalVocabulary)
+	if (hasExternalVocabulary && !hasOnlyExternalEntries())
 		pDifference.reset(new DocumentVocabulary(_vocabulary - _externalVocabulary));
-	else if (!hasOnlyPredefinedEntries())
+	else if (!hasExternalVocabulary && !hasOnlyPredefinedEntries())
 		pDifference.reset(new DocumentVocabulary(_vocabulary - DocumentVocabulary(DocumentVocabulary::VOC_MAP)));
 
 	bool hasInitialVocabulary = hasExternalVocabulary;
@@ -1210,12 +1230,40 @@ void FastInfosetWriter::writeHeader()
 	_writer.write(hasVersion);
 
 	poco_assert (!hasAdditionalData);
-	if (hasInitialVocabulary) writeInitialVocabulary(*pDifference);
+	if (hasInitialVocabulary && pDifference)
+		writeInitialVocabulary(*pDifference);
+	else if (hasInitialVocabulary)
+		writeExternalVocabularyOnly();
 	if (hasNotations) writeNotations(_notations);
 	if (hasUnparsedEntities) writeUnparsedEntities(_unparsedEntities);
 	poco_assert (!hasCharacterEncodingScheme);
 	poco_assert (!standalone);
 	poco_assert (!hasVersion);
+}
+
+
+bool FastInfosetWriter::hasOnlyExternalEntries() const
+{
+	// Tables that only grow and hold as many entries as the external
+	// vocabulary they were copied from hold nothing else.
+	if (!_vocabularyIsExternal) return false;
+	if (_vocabulary.restrictedAlphabets().alphabets().size() != _externalVocabulary.restrictedAlphabets().alphabets().size()) return false;
+	for (DocumentVocabulary::ID id: STRING_TABLES)
+	{
+		if (_vocabulary.vocabulary(id)->size() != _externalVocabulary.vocabulary(id)->size()) return false;
+	}
+	return _vocabulary.elementVocabulary()->size() == _externalVocabulary.elementVocabulary()->size()
+		&& _vocabulary.attributeVocabulary()->size() == _externalVocabulary.attributeVocabulary()->size();
+}
+
+
+void FastInfosetWriter::writeExternalVocabularyOnly()
+{
+	// An initial vocabulary whose only section names the external vocabulary.
+	_writer.write(0, 3);
+	_writer.write(true);
+	_writer.write(0, 12);
+	writeExternalVocabulary(_externalVocabularyURI);
 }
 
 

@@ -29,6 +29,7 @@ namespace FastInfoset {
 
 
 class DocumentVocabulary;
+class ExternalVocabularies;
 class FISDocumentHandler;
 
 
@@ -77,10 +78,21 @@ public:
 		/// Reads the header flags, the additional data and the initial
 		/// vocabulary (or resets voc when there is none).
 
+	static OpenHeaderParts documentHeader(BitStreamReader& aReader, DocumentVocabulary& voc, FISDocumentHandler* pHandler, ExternalVocabularies* pGiven);
+		/// documentHeader(), taking an external vocabulary that pGiven holds
+		/// for its URI from there.
+
+	static std::string externalVocabularyURI(BitStreamReader& aReader);
+		/// Reads a document's header up to the URI of the external vocabulary
+		/// it names, and returns it; empty when it names none.
+
 	static void parseInitialVocabulary(BitStreamReader& aReader, DocumentVocabulary& voc, FISDocumentHandler* pHandler);
 		/// Reads an initial vocabulary into voc, which starts from the external
 		/// vocabulary the document names or else from fresh tables. One without
 		/// any table throws FISException.
+
+	static void parseInitialVocabulary(BitStreamReader& aReader, DocumentVocabulary& voc, FISDocumentHandler* pHandler, ExternalVocabularies* pGiven);
+		/// parseInitialVocabulary() with the vocabularies pGiven holds.
 
 	static void handleExternalVocabulary(BitStreamReader& aReader, DocumentVocabulary& voc, FISDocumentHandler* pHandler);
 		/// Reads the URI of an external vocabulary. Unless voc already carries
@@ -89,6 +101,10 @@ public:
 		/// pHandler, when there is one. Opening and parsing errors propagate
 		/// unchanged; a vocabulary that names itself again, directly or through
 		/// others, throws FISException.
+
+	static void handleExternalVocabulary(BitStreamReader& aReader, DocumentVocabulary& voc, FISDocumentHandler* pHandler, ExternalVocabularies* pGiven);
+		/// handleExternalVocabulary(), except that a vocabulary pGiven holds
+		/// for the URI is installed from there, whatever URI voc carries.
 
 	static void handleRestrictedAlphabet(BitStreamReader& aReader, DocumentVocabulary& voc);
 		/// Appends the alphabets of the section to voc's restricted alphabets.

@@ -98,6 +98,10 @@ public:
 		/// Copies every table, the restricted alphabets and the encoding
 		/// algorithms; the decoding algorithms are the built-in ones.
 
+	DocumentVocabulary(const DocumentVocabulary& other, VocabularyImpl impl);
+		/// Copies other as the copy constructor does, into tables of the kind
+		/// impl that hold the same values at the same indices.
+
 	DocumentVocabulary& operator = (const DocumentVocabulary& other);
 		/// Copies as the copy constructor does, but keeps this object's
 		/// decoding algorithms.
@@ -163,6 +167,8 @@ private:
 	bool isStandardTable(const Vocabulary<T>* pTable, unsigned int size) const;
 	template <class T>
 	static void emptyTable(Vocabulary<T>& table);
+	template <class T>
+	static void copyValues(const Vocabulary<T>& from, Vocabulary<T>& to);
 	void swap(DocumentVocabulary& other);
 
 	VocabularyImpl                        _impl;

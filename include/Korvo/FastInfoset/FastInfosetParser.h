@@ -21,6 +21,7 @@
 #include "Korvo/FastInfoset/BitStreamReader.h"
 #include "Korvo/FastInfoset/Decoder.h"
 #include "Korvo/FastInfoset/DocumentVocabulary.h"
+#include "Korvo/FastInfoset/ExternalVocabularies.h"
 #include "Korvo/FastInfoset/Encoding.h"
 #include "Korvo/FastInfoset/QualifiedNameVocabulary.h"
 #include "Korvo/FastInfoset/Vocabulary.h"
@@ -148,6 +149,16 @@ public:
 		/// A document that names an external vocabulary needs one.
 
 	FISDocumentHandler* getDocumentHandler() const;
+
+	void addExternalVocabulary(const std::string& uri, const DocumentVocabulary& vocabulary);
+		/// Gives the parser the content of the external vocabulary uri: a
+		/// document that names uri is read against a copy of vocabulary, and
+		/// nothing is opened. Document after document, each starts from
+		/// exactly that content: what one document added is dropped before
+		/// the next, and the vocabulary is not copied again. The vocabulary
+		/// the parser was constructed with counts as given for its URI.
+		/// Other URIs are resolved as before. Throws InvalidArgumentException
+		/// for a vocabulary without tables.
 
 	const DocumentVocabulary& vocabulary() const;
 		/// The tables as the last document (or the constructor) left them.
@@ -313,6 +324,7 @@ private:
 	bool                         _namespacePrefixes;
 	bool                         _attributeQNames;
 	DocumentVocabulary           _vocabulary;
+	ExternalVocabularies         _externalVocabularies;
 	std::vector<std::unique_ptr<RecycledAttributes>> _attributeLists;
 		/// The attribute list of each of the first element names, by name
 		/// index, made when first needed; later names share the one at 0.

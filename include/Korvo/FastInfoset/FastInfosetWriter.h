@@ -137,6 +137,18 @@ public:
 		/// voc; the header then announces only what the document vocabulary
 		/// holds beyond voc.
 
+	void useExternalVocabulary(const Korvo::XML::XMLString& uri, const DocumentVocabulary& voc);
+		/// Writes the document against the external vocabulary uri whose
+		/// content is voc: voc becomes both the document vocabulary and the
+		/// external vocabulary, so that the names and values it holds are
+		/// written as indices and the header names uri instead of announcing
+		/// them. A reader needs the same vocabulary for uri, for instance
+		/// through FastInfosetParser::addExternalVocabulary(). Call before
+		/// startDocument(). A vocabulary of vector tables is copied into
+		/// tables that find values, at the same indices. Throws
+		/// InvalidArgumentException for an empty uri or a vocabulary
+		/// without tables.
+
 	const std::string& getExternalVocabularyURI() const;
 		/// Empty when no external vocabulary is set.
 
@@ -341,6 +353,10 @@ private:
 	bool isIndexable(std::size_t length) const;
 	bool isIndexed(const std::string& str, DocumentVocabulary::ID voc);
 	bool hasOnlyPredefinedEntries() const;
+	bool hasOnlyExternalEntries() const;
+		/// True when the document vocabulary is the one useExternalVocabulary()
+		/// gave, with nothing added.
+	void writeExternalVocabularyOnly();
 	void writeNameSurrogate(const QualifiedNameEntry& qne);
 	bool findQualifiedName(const Korvo::XML::XMLString& prefix, const Korvo::XML::XMLString& ns, const Korvo::XML::XMLString& localName, bool inElement, unsigned int& idx) const;
 	void forgetNames();
@@ -393,6 +409,9 @@ private:
 	std::unique_ptr<QualifiedNameCache> _pKnownNames;
 		/// Qualified names already in a name table, by their strings.
 	bool                                _knownNamesComplete;
+	bool                                _vocabularyIsExternal;
+		/// True from useExternalVocabulary() on, until a vocabulary is set
+		/// otherwise: the header then announces no table.
 		/// True when _pKnownNames holds every name of the name tables.
 	IndexedVocabulary<std::string>*     _pIndexedTables[DocumentVocabulary::CHARACTER_CONTENT_CHUNK + 1];
 	IndexedVocabulary<QualifiedNameEntry>* _pIndexedNames[2];

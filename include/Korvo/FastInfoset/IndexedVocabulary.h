@@ -61,6 +61,15 @@ public:
 		return newIndex;
 	}
 
+	void append(const T& value)
+		/// Appends value even when an equal one is stored (find() gives the
+		/// first of equal values): for copying a table whose indices must
+		/// not change.
+	{
+		if (this->_index.size() >= _capacity) throw Korvo::PoolOverflowException("Vocabulary hash table full");
+		this->_index.push_back(value);
+	}
+
 	unsigned int index(const T& value, bool& valueExisted) override
 	{
 		return add(value, valueExisted);

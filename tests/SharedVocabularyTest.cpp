@@ -1,0 +1,158 @@
+//
+// SharedVocabularyTest.cpp
+//
+// Messages written against an external vocabulary in one call and read by a
+// parser that was given that vocabulary: exact bytes, events, and tables that
+// start from the vocabulary for every message.
+//
+
+#include "Korvo/FastInfoset/Decoder.h"
+#include "Korvo/FastInfoset/FastInfosetParser.h"
+#include "Korvo/FastInfoset/FastInfosetWriter.h"
+#include "Korvo/FastInfoset/MapVocabulary.h"
+#include "support/ParserTestSupport.h"
+#include "support/SaxRecorder.h"
+#include "support/ExceptionMatchers.h"
+#include "Poco/SAX/AttributesImpl.h"
+#include <gtest/gtest.h>
+#include <sstream>
+
+using namespace Korvo::FastInfoset;
+using DV = DocumentVocabulary;
+namespace T = Korvo::FastInfoset::Test;
+
+
+namespace {
+
+
+const std::string URI = "urn:v";
+
+
+DV sharedVocabulary(DV::VocabularyImpl impl, const std::string& uri = std::string())
+	/// The local names a and b, the element a and the value "v".
+{
+	DV voc(uri, impl);
+	bool existed;
+	voc.vocabulary(DV::LOCAL_NAME)->index("a", existed);
+	voc.vocabulary(DV::LOCAL_NAME)->index("b", existed);
+	voc.elementVocabulary()->index(QualifiedNameEntry(0, 0, 1), existed);
+	voc.vocabulary(DV::CHARACTER_CONTENT_CHUNK)->index("v", existed);
+	return voc;
+}
+
+
+std::string message(const std::string& child, const DV* pVocabulary)
+	/// <a><child>v</child></a>, against pVocabulary when given.
+{
+	std::ostringstream out;
+	FastInfosetWriter writer(out);
+	if (pVocabulary) writer.useExternalVocabulary(URI, *pVocabulary);
+	Korvo::XML::AttributesImpl none;
+	writer.startDocument();
+	writer.startElement("", "a", "", none);
+	writer.startElement("", child, "", none);
+	writer.characters(std::string("v"));
+	writer.endElement("", child, "");
+	writer.endElement("", "a", "");
+	writer.endDocument();
+	return out.str();
+}
+
+
+std::vector<std::string> parse(FastInfosetParser& parser, const std::string& document)
+{
+	T::PlainSaxRecorder recorder;
+	parser.setContentHandler(&recorder);
+	parser.parseMemoryNP(document.data(), document.size());
+	return recorder.contentEvents();
+}
+
+
+} // namespace
+
+
+TEST(SharedVocabularyTest, WriterNamesTheVocabularyAndWritesItsEntriesAsIndices)
+{
+	const DV voc = sharedVocabulary(DV::VOC_MAP);
+	// Header with an initial vocabulary that only names urn:v, then <a> by
+	// index, <b> with its local name by index, "v" by index, the ends.
+	EXPECT_EQ(T::hexOf(T::bytesOf("E0 00 00 01 20 10 00 04 75 72 6E 3A 76 00 3C 81 A0 FF F0")), T::hexOf(message("b", &voc)));
+	// Vector tables are copied into tables that find values, index for index.
+	const DV listed(voc, DV::VOC_VECTOR);
+	EXPECT_EQ(message("b", &voc), message("b", &listed));
+
+	FastInfosetWriter writer(std::cout);
+	EXPECT_THROW_MESSAGE(writer.useExternalVocabulary("", voc), Korvo::InvalidArgumentException, "An external vocabulary needs a URI");
+	EXPECT_THROW(writer.useExternalVocabulary(URI, DV(DV::DONT_INITIALIZE)), Korvo::InvalidArgumentException);
+}
+
+
+TEST(SharedVocabularyTest, ParserStartsEveryMessageFromTheGivenVocabulary)
+{
+	const DV voc = sharedVocabulary(DV::VOC_MAP);
+	for (DV::VocabularyImpl impl: {DV::VOC_MAP, DV::VOC_VECTOR, DV::VOC_HASH})
+	{
+		FastInfosetParser parser(impl);
+		parser.addExternalVocabulary(URI, DV(voc, impl));
+		const std::string withB = message("b", &voc);
+		const std::string withC = message("c", &voc);
+		const std::vector<std::string> eventsB = parse(parser, withB);
+		EXPECT_EQ(T::eventList({"startElement(|a|)", "startElement(|b|)", "characters(v)", "endElement(|b|)", "endElement(|a|)"}), eventsB) << impl;
+
+		// c is added to the tables, and gone again for the next message; a
+		// document without the vocabulary in between makes no difference.
+		for (const std::string* pDocument: {&withC, &withB, &withC})
+		{
+			parse(parser, *pDocument);
+			const unsigned int localNames = pDocument == &withC ? 4 : 3;
+			EXPECT_EQ(localNames, parser.vocabulary().vocabulary(DV::LOCAL_NAME)->size()) << impl;
+			EXPECT_EQ(2u, parser.vocabulary().vocabulary(DV::CHARACTER_CONTENT_CHUNK)->size()) << impl;
+		}
+		parse(parser, message("b", nullptr));
+		EXPECT_EQ(eventsB, parse(parser, withB)) << impl;
+		EXPECT_EQ("b", parser.vocabulary().vocabulary(DV::LOCAL_NAME)->value(2)) << impl;
+		EXPECT_EQ(3u, parser.vocabulary().vocabulary(DV::LOCAL_NAME)->size()) << impl;
+	}
+}
+
+
+TEST(SharedVocabularyTest, VocabularyOfTheConstructorCountsAsGiven)
+{
+	const DV voc = sharedVocabulary(DV::VOC_MAP, URI);
+	FastInfosetParser parser(voc);
+	for (const char* child: {"c", "b", "c"})
+	{
+		parse(parser, message(child, &voc));
+		EXPECT_EQ(child[0] == 'c' ? 4u : 3u, parser.vocabulary().vocabulary(DV::LOCAL_NAME)->size()) << child;
+	}
+
+	// A parser that was not given the vocabulary looks for it at its URI.
+	FastInfosetParser other;
+	EXPECT_THROW(parse(other, message("b", &voc)), Korvo::Exception);
+}
+
+
+TEST(SharedVocabularyTest, HeaderTellsTheURI)
+{
+	const DV voc = sharedVocabulary(DV::VOC_HASH);
+	for (const auto& expected: {std::make_pair(message("b", &voc), URI), std::make_pair(message("b", nullptr), std::string())})
+	{
+		BitStreamReader reader(expected.first.data(), static_cast<unsigned int>(expected.first.size()));
+		EXPECT_EQ(expected.second, Decoder::externalVocabularyURI(reader));
+	}
+}
+
+
+TEST(SharedVocabularyTest, CopyIntoOtherTablesKeepsEveryIndex)
+{
+	DV listed(DV::VOC_VECTOR);
+	bool existed;
+	for (const char* name: {"a", "b", "a", "c"}) listed.vocabulary(DV::LOCAL_NAME)->index(name, existed);
+	const DV mapped(listed, DV::VOC_MAP);
+	const Vocabulary<std::string>& names = *mapped.vocabulary(DV::LOCAL_NAME);
+	ASSERT_EQ(5u, names.size());
+	EXPECT_EQ("a", names.value(3));
+	EXPECT_EQ("c", names.value(4));
+	EXPECT_EQ(1u, names.exists("a", existed));
+	EXPECT_TRUE(dynamic_cast<const MapVocabulary<std::string>*>(&names));
+}
