@@ -633,13 +633,22 @@ void FastInfosetParser::readBufferedChildren(BitStreamReader& aReader, std::size
 		const unsigned char* const pLast = available <= WINDOW ? pEnd : pEnd - WINDOW;
 		const unsigned char* p = pStart;
 		bool more = true;
+		bool resumed = false;
 		while (more && p < pLast)
 		{
 			const unsigned char* pChild = p;
 			const unsigned char selector = *p;
 			if (selector < 0x80)
 			{
-				more = readBufferedElement(p, pEnd);
+				const BufferedRead read = readBufferedElement(aReader, pStart, p, pEnd);
+				if (read == BUFFERED_RESUMED)
+				{
+					// The general path has read the rest of the element from
+					// the reader, which is where it left it.
+					resumed = true;
+					break;
+				}
+				more = read == BUFFERED_DONE;
 			}
 			else if (selector < 0xC0)
 			{
@@ -661,70 +670,187 @@ void FastInfosetParser::readBufferedChildren(BitStreamReader& aReader, std::size
 			else more = false;
 			if (!more) p = pChild;
 		}
+		if (resumed) return;
 		aReader.skipOctets(static_cast<std::size_t>(p - pStart));
 		if (!more || available < WINDOW) return;
 	}
 }
 
 
-bool FastInfosetParser::readBufferedElement(const unsigned char*& p, const unsigned char* pEnd)
+FastInfosetParser::BufferedRead FastInfosetParser::readBufferedElement(BitStreamReader& aReader, const unsigned char* pStart, const unsigned char*& p, const unsigned char* pEnd)
 {
 	const bool hasAttributes = (*p & 0x40) != 0;
-	// Namespace attributes (111000) and literal names (1111) take the general path.
-	if ((*p & 0x3F) == NAMESPACE_ATTRIBUTES || (*p & 0x3C) == 0x3C) return false;
+	// Namespace attributes (111000) take the general path.
+	if ((*p & 0x3F) == NAMESPACE_ATTRIBUTES) return BUFFERED_NONE;
+
+	// The name from the third bit: an index, or 1111, the presence bits of
+	// prefix and namespace name, and the identifying strings.
+	ResolvedQualName name;
 	unsigned nameIndex = 0;
-	if (!indexFromThirdBit(p, pEnd, nameIndex)) return false;
-	const ResolvedQualName* pName = knownName(nameIndex, true);
-	if (!pName) return false;
+	if ((*p & 0x3C) == 0x3C)
+	{
+		BufferedName literal;
+		literal.hasPrefix = (*p & 0x02) != 0;
+		literal.hasNamespace = (*p & 0x01) != 0;
+		++p;
+		if (!readBufferedName(p, pEnd, literal)) return BUFFERED_NONE;
+		nameIndex = addName(literal, true, name);
+	}
+	else
+	{
+		if (!indexFromThirdBit(p, pEnd, nameIndex)) return BUFFERED_NONE;
+		const ResolvedQualName* pName = knownName(nameIndex, true);
+		if (!pName) return BUFFERED_NONE;
+		name = *pName;
+	}
+	if (_namespaceAttributes.getLength() > 0) _namespaceAttributes.clear();
 
 	const AttributesImpl* pAttributes = &_noAttributes;
 	bool endsAtOnce = false;
 	if (hasAttributes)
 	{
-		// All attributes are read before any value enters its table, so
-		// that an element left to the general path has changed nothing.
-		BufferedAttribute attributes[MAX_BUFFERED_ATTRIBUTES];
-		std::size_t count = 0;
+		RecycledAttributes& list = attributeList(nameIndex);
+		list.restart();
+		// Each attribute is read whole before its name and value enter their
+		// tables; from one that cannot be read here the general path goes on.
 		for (;;)
 		{
-			if (p == pEnd) return false;
-			if (*p & 0x80) break;
-			// '0', the name from the second bit, then the value from the next octet.
-			if ((*p & 0x78) == 0x78 || count == MAX_BUFFERED_ATTRIBUTES) return false;
-			BufferedAttribute& attribute = attributes[count++];
-			unsigned attributeIndex = 0;
-			if (!indexFromSecondBit(p, pEnd, attributeIndex)) return false;
-			attribute.pName = knownName(attributeIndex, false);
-			if (!attribute.pName || p == pEnd || !readBufferedValue(p, pEnd, attribute)) return false;
+			const unsigned char* const pAttribute = p;
+			BufferedAttribute attribute;
+			if (p == pEnd || (!(*p & 0x80) && !readBufferedAttribute(p, pEnd, attribute)))
+			{
+				aReader.skipOctets(static_cast<std::size_t>(pAttribute - pStart));
+				finishElement(aReader, name, &list);
+				return BUFFERED_RESUMED;
+			}
+			if (*pAttribute & 0x80) break;
+			ResolvedQualName attributeName;
+			if (attribute.pName)
+				attributeName = *attribute.pName;
+			else
+				addName(attribute.literalName, false, attributeName);
+			const std::string* pPrefix = _attributeQNames ? attributeName.pPrefix : nullptr;
+			if (attribute.pIndexed)
+				list.add(attributeName.pUri, attributeName.pLocalName, *attribute.pIndexed, pPrefix);
+			else if (attribute.addToTable)
+				list.add(attributeName.pUri, attributeName.pLocalName, addValue(DocumentVocabulary::ATTRIBUTE_VALUE, attribute.pText, attribute.length), pPrefix);
+			else
+				list.add(attributeName.pUri, attributeName.pLocalName, attribute.pText, attribute.length, pPrefix);
 		}
 		// The list ends with 1111; the next four bits end the element at
 		// once or are padding before its first child.
 		endsAtOnce = (*p & TERMINATOR) == TERMINATOR;
 		p += 1;
-
-		RecycledAttributes& list = attributeList(nameIndex);
-		list.restart();
-		for (std::size_t i = 0; i < count; ++i)
-		{
-			const BufferedAttribute& attribute = attributes[i];
-			const ResolvedQualName& name = *attribute.pName;
-			const std::string* pPrefix = _attributeQNames ? name.pPrefix : nullptr;
-			if (attribute.pIndexed)
-				list.add(name.pUri, name.pLocalName, *attribute.pIndexed, pPrefix);
-			else if (attribute.addToTable)
-				list.add(name.pUri, name.pLocalName, addValue(DocumentVocabulary::ATTRIBUTE_VALUE, attribute.pText, attribute.length), pPrefix);
-			else
-				list.add(name.pUri, name.pLocalName, attribute.pText, attribute.length, pPrefix);
-		}
 		list.finish();
 		pAttributes = &list.attributes();
 	}
 
-	if (_namespaceAttributes.getLength() > 0) _namespaceAttributes.clear();
-	if (_pContentHandler) _pContentHandler->startElement(*pName->pUri, *pName->pLocalName, qualifiedName(*pName), *pAttributes);
-	_openElements.push_back(*pName);
+	if (_pContentHandler) _pContentHandler->startElement(*name.pUri, *name.pLocalName, qualifiedName(name), *pAttributes);
+	_openElements.push_back(name);
 	if (endsAtOnce) endElement();
+	return BUFFERED_DONE;
+}
+
+
+bool FastInfosetParser::readBufferedAttribute(const unsigned char*& p, const unsigned char* pEnd, BufferedAttribute& attribute)
+{
+	// '0', then the name from the second bit: an index, or 1111, a padding
+	// bit and the presence bits; then the value from the next octet.
+	attribute.pName = nullptr;
+	if ((*p & 0x78) == 0x78)
+	{
+		attribute.literalName.hasPrefix = (*p & 0x02) != 0;
+		attribute.literalName.hasNamespace = (*p & 0x01) != 0;
+		++p;
+		if (!readBufferedName(p, pEnd, attribute.literalName)) return false;
+	}
+	else
+	{
+		unsigned index = 0;
+		if (!indexFromSecondBit(p, pEnd, index)) return false;
+		attribute.pName = knownName(index, false);
+		if (!attribute.pName) return false;
+	}
+	return p != pEnd && readBufferedValue(p, pEnd, attribute);
+}
+
+
+bool FastInfosetParser::readBufferedName(const unsigned char*& p, const unsigned char* pEnd, BufferedName& name)
+{
+	return (!name.hasPrefix || readBufferedString(p, pEnd, DocumentVocabulary::PREFIX, name.prefix))
+		&& (!name.hasNamespace || readBufferedString(p, pEnd, DocumentVocabulary::NAMESPACE_NAME, name.namespaceName))
+		&& readBufferedString(p, pEnd, DocumentVocabulary::LOCAL_NAME, name.localName);
+}
+
+
+bool FastInfosetParser::readBufferedString(const unsigned char*& p, const unsigned char* pEnd, DocumentVocabulary::ID id, BufferedString& string)
+{
+	// '1' and an index from the second bit, or '0' and a length from the
+	// second bit, in its one- and two-octet forms, then the octets.
+	if (p == pEnd) return false;
+	string.pText = nullptr;
+	if (*p & 0x80)
+	{
+		if (!indexFromSecondBit(p, pEnd, string.index)) return false;
+		return _vocabulary.vocabulary(id)->lookup(string.index) != nullptr;
+	}
+	const unsigned x = *p & 0x7F;
+	if (x < 64)
+	{
+		string.length = x + 1;
+		p += 1;
+	}
+	else if (x == 64 && pEnd - p >= 2)
+	{
+		string.length = p[1] + 65u;
+		p += 2;
+	}
+	else return false;
+	if (static_cast<std::size_t>(pEnd - p) < string.length) return false;
+	string.pText = reinterpret_cast<const char*>(p);
+	p += string.length;
 	return true;
+}
+
+
+const std::string& FastInfosetParser::addString(DocumentVocabulary::ID id, const BufferedString& string, unsigned& index)
+{
+	Vocabulary<std::string>& table = *_vocabulary.vocabulary(id);
+	if (!string.pText)
+	{
+		index = string.index;
+		return *table.lookup(index);
+	}
+	// As parseIdentifyingStringOrIndex() adds a literal.
+	std::string& value = table.spare();
+	value.assign(string.pText, string.length);
+	if (isFull(table))
+	{
+		index = NOT_INDEXED;
+		_unindexedStrings.push_back(value);
+		return _unindexedStrings.back();
+	}
+	bool existed = false;
+	index = table.index(value, existed);
+	return *table.lookup(index);
+}
+
+
+unsigned FastInfosetParser::addName(const BufferedName& literal, bool isElement, ResolvedQualName& qualName)
+{
+	// As readLiteralQualifiedName() adds a literal name.
+	unsigned prefixIndex = 0;
+	unsigned namespaceIndex = 0;
+	unsigned localNameIndex = 0;
+	qualName.pPrefix = literal.hasPrefix ? &addString(DocumentVocabulary::PREFIX, literal.prefix, prefixIndex) : &EMPTY_STRING;
+	qualName.pUri = literal.hasNamespace ? &addString(DocumentVocabulary::NAMESPACE_NAME, literal.namespaceName, namespaceIndex) : &EMPTY_STRING;
+	qualName.pLocalName = &addString(DocumentVocabulary::LOCAL_NAME, literal.localName, localNameIndex);
+	Vocabulary<QualifiedNameEntry>& names = getQNameVocabulary(isElement);
+	if (prefixIndex == NOT_INDEXED || namespaceIndex == NOT_INDEXED || localNameIndex == NOT_INDEXED || isFull(names)) return 0;
+	bool existed = false;
+	unsigned index = names.index(QualifiedNameEntry(prefixIndex, namespaceIndex, localNameIndex), existed);
+	rememberName(index, isElement, qualName);
+	return index;
 }
 
 
@@ -907,21 +1033,30 @@ void FastInfosetParser::parseElement(BitStreamReader& aReader)
 
 	ResolvedQualName qualName;
 	const unsigned nameIndex = readQualifiedName(aReader, qualName, true);
-
-	const AttributesImpl* pAttributes = &_noAttributes;
+	RecycledAttributes* pList = nullptr;
 	if (hasAttributes)
 	{
-		RecycledAttributes& list = attributeList(nameIndex);
-		list.restart();
-		while (!readBit(aReader, pMessage))
+		pList = &attributeList(nameIndex);
+		pList->restart();
+	}
+	finishElement(aReader, qualName, pList);
+}
+
+
+void FastInfosetParser::finishElement(BitStreamReader& aReader, const ResolvedQualName& qualName, RecycledAttributes* pList)
+{
+	const AttributesImpl* pAttributes = &_noAttributes;
+	if (pList)
+	{
+		while (!readBit(aReader, "Unexpected end of stream while parsing element"))
 		{
 			ResolvedQualName attributeName;
 			const std::string& value = readAttribute(aReader, attributeName);
-			list.add(attributeName.pUri, attributeName.pLocalName, value, _attributeQNames ? attributeName.pPrefix : nullptr);
+			pList->add(attributeName.pUri, attributeName.pLocalName, value, _attributeQNames ? attributeName.pPrefix : nullptr);
 		}
-		list.finish();
+		pList->finish();
 		aReader.skip(3);
-		pAttributes = &list.attributes();
+		pAttributes = &pList->attributes();
 	}
 
 	if (_pContentHandler) _pContentHandler->startElement(*qualName.pUri, *qualName.pLocalName, qualifiedName(qualName), *pAttributes);

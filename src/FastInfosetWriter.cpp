@@ -80,6 +80,15 @@ namespace
 	{
 		return pVoc && !pVoc->empty();
 	}
+
+	template <class Vocabulary, class Function>
+	void forEachTable(Vocabulary& voc, Function function)
+		/// Calls function with each string table, then the element and the attribute name table.
+	{
+		for (DocumentVocabulary::ID id: STRING_TABLES) function(*voc.vocabulary(id));
+		function(*voc.elementVocabulary());
+		function(*voc.attributeVocabulary());
+	}
 }
 
 
@@ -187,9 +196,9 @@ void FastInfosetWriter::setDocumentVocabulary(const DocumentVocabulary& voc)
 	// A vector table cannot find a value's index, and the writer looks up every name and string.
 	if (voc.impl() == DocumentVocabulary::VOC_VECTOR)
 		throw Korvo::InvalidArgumentException("A DocumentVocabulary with VOC_VECTOR implementation cannot be used by FastInfosetWriter");
+	keepExternalVocabulary();
 	if (&voc != &_vocabulary) _vocabulary = voc;
 	forgetNames();
-	_vocabularyIsExternal = false;
 }
 
 
@@ -242,10 +251,25 @@ void FastInfosetWriter::useExternalVocabulary(const XMLString& uri, const Docume
 		_vocabulary = DocumentVocabulary(voc, DocumentVocabulary::VOC_MAP);
 	else
 		_vocabulary = voc;
-	_externalVocabulary = voc;
 	_externalVocabularyURI = uri;
 	forgetNames();
+	// The external vocabulary is the document vocabulary up to these sizes:
+	// it is copied out only if something asks for it.
+	_externalSizes.clear();
+	forEachTable(_vocabulary, [this](const auto& table) { _externalSizes.push_back(table.size()); });
+	_externalSizes.push_back(static_cast<unsigned int>(_vocabulary.restrictedAlphabets().alphabets().size()));
 	_vocabularyIsExternal = true;
+}
+
+
+void FastInfosetWriter::keepExternalVocabulary()
+{
+	// The document vocabulary as useExternalVocabulary() gave it.
+	if (!_vocabularyIsExternal) return;
+	_externalVocabulary = _vocabulary;
+	std::size_t i = 0;
+	forEachTable(_externalVocabulary, [this, &i](auto& table) { table.truncate(_externalSizes[i++]); });
+	_vocabularyIsExternal = false;
 }
 
 
@@ -1204,7 +1228,10 @@ void FastInfosetWriter::writeHeader()
 	std::unique_ptr<DocumentVocabulary> pDifference;
 	const bool hasExternalVocabulary = !_externalVocabularyURI.empty();
 	if (hasExternalVocabulary && !hasOnlyExternalEntries())
+	{
+		keepExternalVocabulary();
 		pDifference.reset(new DocumentVocabulary(_vocabulary - _externalVocabulary));
+	}
 	else if (!hasExternalVocabulary && !hasOnlyPredefinedEntries())
 		pDifference.reset(new DocumentVocabulary(_vocabulary - DocumentVocabulary(DocumentVocabulary::VOC_MAP)));
 
@@ -1244,16 +1271,12 @@ void FastInfosetWriter::writeHeader()
 
 bool FastInfosetWriter::hasOnlyExternalEntries() const
 {
-	// Tables that only grow and hold as many entries as the external
-	// vocabulary they were copied from hold nothing else.
+	// Tables only grow: as large as the external vocabulary, they hold nothing else.
 	if (!_vocabularyIsExternal) return false;
-	if (_vocabulary.restrictedAlphabets().alphabets().size() != _externalVocabulary.restrictedAlphabets().alphabets().size()) return false;
-	for (DocumentVocabulary::ID id: STRING_TABLES)
-	{
-		if (_vocabulary.vocabulary(id)->size() != _externalVocabulary.vocabulary(id)->size()) return false;
-	}
-	return _vocabulary.elementVocabulary()->size() == _externalVocabulary.elementVocabulary()->size()
-		&& _vocabulary.attributeVocabulary()->size() == _externalVocabulary.attributeVocabulary()->size();
+	std::size_t i = 0;
+	bool same = true;
+	forEachTable(_vocabulary, [this, &i, &same](const auto& table) { same = same && table.size() == _externalSizes[i++]; });
+	return same && _vocabulary.restrictedAlphabets().alphabets().size() == _externalSizes[i];
 }
 
 

@@ -81,6 +81,15 @@ TEST(SharedVocabularyTest, WriterNamesTheVocabularyAndWritesItsEntriesAsIndices)
 	const DV listed(voc, DV::VOC_VECTOR);
 	EXPECT_EQ(message("b", &voc), message("b", &listed));
 
+	// What is added to the document vocabulary before the document is announced.
+	std::ostringstream out;
+	FastInfosetWriter extended(out);
+	extended.useExternalVocabulary(URI, voc);
+	bool existed;
+	extended.getDocumentVocabulary().vocabulary(DV::PREFIX)->index("p", existed);
+	extended.startDocument();
+	EXPECT_EQ("E0 00 00 01 20 12 00 04 75 72 6E 3A 76 00 00 70", T::hexOf(out.str()));
+
 	FastInfosetWriter writer(std::cout);
 	EXPECT_THROW_MESSAGE(writer.useExternalVocabulary("", voc), Korvo::InvalidArgumentException, "An external vocabulary needs a URI");
 	EXPECT_THROW(writer.useExternalVocabulary(URI, DV(DV::DONT_INITIALIZE)), Korvo::InvalidArgumentException);

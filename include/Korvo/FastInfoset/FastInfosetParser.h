@@ -285,27 +285,64 @@ private:
 		/// Reads the children that lie whole in the reader's buffer in their
 		/// usual forms, stopping at the first other one (or at an end that
 		/// closes more than the elements opened below depth).
+	struct BufferedString
+		/// An identifying string read in place: the octets of a literal
+		/// (pText not null) or an index.
+	{
+		const char* pText;
+		std::size_t length;
+		unsigned index;
+	};
+
+	struct BufferedName
+		/// A literal qualified name read in place.
+	{
+		bool hasPrefix;
+		bool hasNamespace;
+		BufferedString prefix;
+		BufferedString namespaceName;
+		BufferedString localName;
+	};
+
 	struct BufferedAttribute
-		/// An attribute read in place: its name and either an indexed value
-		/// or the octets of a literal one.
+		/// An attribute read in place: its name, known (pName not null) or
+		/// literal, and either an indexed value or the octets of a literal one.
 	{
 		const ResolvedQualName* pName;
+		BufferedName literalName;
 		const std::string* pIndexed;
 		const char* pText;
 		std::size_t length;
 		bool addToTable;
 	};
 
-	enum
+	enum BufferedRead
 	{
-		MAX_BUFFERED_ATTRIBUTES = 32
+		BUFFERED_NONE,
+			/// Nothing read: the general path reads the item.
+		BUFFERED_DONE,
+			/// The item was read in place.
+		BUFFERED_RESUMED
+			/// The item was begun in place and finished by the general path,
+			/// from the reader.
 	};
 
-	bool readBufferedElement(const unsigned char*& p, const unsigned char* pEnd);
+	BufferedRead readBufferedElement(BitStreamReader& aReader, const unsigned char* pStart, const unsigned char*& p, const unsigned char* pEnd);
+		/// Reads the element at p, of the window that begins at pStart.
 	bool readBufferedCharacters(const unsigned char*& p, const unsigned char* pEnd);
+	bool readBufferedAttribute(const unsigned char*& p, const unsigned char* pEnd, BufferedAttribute& attribute);
 	bool readBufferedValue(const unsigned char*& p, const unsigned char* pEnd, BufferedAttribute& attribute);
+	bool readBufferedName(const unsigned char*& p, const unsigned char* pEnd, BufferedName& name);
+	bool readBufferedString(const unsigned char*& p, const unsigned char* pEnd, DocumentVocabulary::ID id, BufferedString& string);
 		/// These read one item at p, advancing p past it, or return false
-		/// without any effect when it needs the general path.
+		/// when it needs the general path; they add nothing to the tables.
+	const std::string& addString(DocumentVocabulary::ID id, const BufferedString& string, unsigned& index);
+	unsigned addName(const BufferedName& literal, bool isElement, ResolvedQualName& qualName);
+		/// Add what was read in place to the tables, as the general path
+		/// adds literal strings and names.
+	void finishElement(BitStreamReader& aReader, const ResolvedQualName& qualName, RecycledAttributes* pList);
+		/// Reads an element from its attributes on (when pList is given)
+		/// and reports its start.
 	const std::string& addValue(DocumentVocabulary::ID id, const char* pText, std::size_t length);
 		/// Adds the string to table id, unless the table is full; returns it.
 	void addToItsTable(DocumentVocabulary::ID id, const std::string& value);

@@ -357,6 +357,9 @@ private:
 		/// True when the document vocabulary is the one useExternalVocabulary()
 		/// gave, with nothing added.
 	void writeExternalVocabularyOnly();
+	void keepExternalVocabulary();
+		/// Copies the external vocabulary out of the document vocabulary,
+		/// when useExternalVocabulary() made them one.
 	void writeNameSurrogate(const QualifiedNameEntry& qne);
 	bool findQualifiedName(const Korvo::XML::XMLString& prefix, const Korvo::XML::XMLString& ns, const Korvo::XML::XMLString& localName, bool inElement, unsigned int& idx) const;
 	void forgetNames();
@@ -411,7 +414,11 @@ private:
 	bool                                _knownNamesComplete;
 	bool                                _vocabularyIsExternal;
 		/// True from useExternalVocabulary() on, until a vocabulary is set
-		/// otherwise: the header then announces no table.
+		/// otherwise: the external vocabulary is then the document vocabulary
+		/// up to _externalSizes.
+	std::vector<unsigned int>           _externalSizes;
+		/// The sizes of the tables (in ID order, element names, attribute
+		/// names) and the number of alphabets of the external vocabulary.
 		/// True when _pKnownNames holds every name of the name tables.
 	IndexedVocabulary<std::string>*     _pIndexedTables[DocumentVocabulary::CHARACTER_CONTENT_CHUNK + 1];
 	IndexedVocabulary<QualifiedNameEntry>* _pIndexedNames[2];

@@ -49,12 +49,14 @@ public:
 		_chunkCount(0),
 		_size(0)
 	{
+		_chunks[0] = &_first;
 	}
 
 	VerbTable(const VerbTable& other):
 		_chunkCount(0),
 		_size(0)
 	{
+		_chunks[0] = &_first;
 		append(other);
 	}
 
@@ -63,7 +65,9 @@ public:
 		if (this != &other)
 		{
 			VerbTable tmp(other);
-			std::swap(_chunks, tmp._chunks);
+			// The first chunk is a member: its storage moves, its place stays.
+			_first.swap(tmp._first);
+			for (std::size_t k = 1; k < MAX_CHUNKS; ++k) std::swap(_chunks[k], tmp._chunks[k]);
 			std::swap(_chunkCount, tmp._chunkCount);
 			std::swap(_size, tmp._size);
 		}
@@ -72,7 +76,7 @@ public:
 
 	~VerbTable()
 	{
-		for (std::size_t k = 0; k < _chunkCount; ++k) delete _chunks[k];
+		deleteChunks();
 	}
 
 	void push_back(const T& value)
@@ -167,9 +171,24 @@ private:
 	void addChunk()
 	{
 		poco_assert (_chunkCount < MAX_CHUNKS);
-		std::unique_ptr<std::vector<T>> pChunk(new std::vector<T>);
-		pChunk->reserve(chunkCapacity(_chunkCount));
-		_chunks[_chunkCount++] = pChunk.release();
+		if (_chunkCount == 0)
+		{
+			_first.reserve(chunkCapacity(0));
+		}
+		else
+		{
+			std::unique_ptr<std::vector<T>> pChunk(new std::vector<T>);
+			pChunk->reserve(chunkCapacity(_chunkCount));
+			_chunks[_chunkCount] = pChunk.release();
+		}
+		++_chunkCount;
+	}
+
+	void deleteChunks()
+	{
+		for (std::size_t k = 1; k < _chunkCount; ++k) delete _chunks[k];
+		_first.clear();
+		_chunkCount = 0;
 	}
 
 	void append(const VerbTable& other)
@@ -180,8 +199,7 @@ private:
 		}
 		catch (...)
 		{
-			for (std::size_t k = 0; k < _chunkCount; ++k) delete _chunks[k];
-			_chunkCount = 0;
+			deleteChunks();
 			throw;
 		}
 	}
@@ -192,9 +210,10 @@ private:
 			/// Enough for 2^32 values.
 	};
 
+	std::vector<T>  _first;
 	std::vector<T>* _chunks[MAX_CHUNKS];
 		/// Chunk k holds constructed objects up to its size(); those past
-		/// the table's size are spares.
+		/// the table's size are spares. Chunk 0 is _first.
 	std::size_t     _chunkCount;
 	unsigned int    _size;
 };
