@@ -59,7 +59,7 @@ void QualifiedNameCache::add(const std::string& prefix, const std::string& ns, c
 	const Korvo::UInt32 hash = hashOf(prefix, ns, localName, inElement);
 	const std::size_t slot = slotOf(hash, prefix, ns, localName, inElement);
 	if (_slots[slot]) return;
-	_entries.push_back(Entry{hash, index, name, inElement});
+	_entries.push_back(Entry{hash, index, string(_pPrefixes, name.prefixId()), string(_pNamespaces, name.namespaceId()), string(_pLocalNames, name.localNameId()), inElement});
 	_slots[slot] = static_cast<unsigned int>(_entries.size());
 }
 
@@ -73,11 +73,18 @@ Korvo::UInt32 QualifiedNameCache::hashOf(const std::string& prefix, const std::s
 }
 
 
-bool QualifiedNameCache::equal(const Vocabulary<std::string>* pTable, unsigned int id, const std::string& value)
+const std::string* QualifiedNameCache::string(const Vocabulary<std::string>* pTable, unsigned int id)
 {
 	// An absent prefix or namespace name has index 0, the empty placeholder.
+	static const std::string EMPTY;
 	const std::string* pString = pTable ? pTable->lookup(id) : nullptr;
-	return pString ? pString->size() == value.size() && std::memcmp(pString->data(), value.data(), value.size()) == 0 : value.empty();
+	return pString ? pString : &EMPTY;
+}
+
+
+inline bool QualifiedNameCache::equal(const std::string& left, const std::string& right)
+{
+	return left.size() == right.size() && (left.empty() || std::memcmp(left.data(), right.data(), left.size()) == 0);
 }
 
 
@@ -90,9 +97,7 @@ std::size_t QualifiedNameCache::slotOf(Korvo::UInt32 hash, const std::string& pr
 		if (!slot) return i;
 		const Entry& entry = _entries[slot - 1];
 		if (entry.hash == hash && entry.inElement == inElement
-			&& equal(_pLocalNames, entry.name.localNameId(), localName)
-			&& equal(_pPrefixes, entry.name.prefixId(), prefix)
-			&& equal(_pNamespaces, entry.name.namespaceId(), ns)) return i;
+			&& equal(*entry.pLocalName, localName) && equal(*entry.pPrefix, prefix) && equal(*entry.pNamespace, ns)) return i;
 	}
 }
 

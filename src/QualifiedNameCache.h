@@ -32,15 +32,15 @@ class QualifiedNameCache
 	/// Finds the name-table index of a qualified name by its prefix,
 	/// namespace name, local name and role (element or attribute), without
 	/// building a key: one look-up in place of four table look-ups for a
-	/// name written before. The strings are not copied: an entry holds the
-	/// name's table indices and is compared through the tables.
+	/// name written before. The strings are not copied: an entry points at
+	/// them in the tables, where they stay until the tables are emptied.
 {
 public:
 	QualifiedNameCache();
 
 	void reset(const DocumentVocabulary& vocabulary);
-		/// Forgets every name; names are then looked up in the string tables
-		/// of vocabulary, which must outlive the cache or the next reset.
+		/// Forgets every name; names are then taken from the string tables of
+		/// vocabulary, which must keep their values until the next reset.
 
 	unsigned int find(const std::string& prefix, const std::string& ns, const std::string& localName, bool inElement) const;
 		/// The index of the name, or 0 when it is not known (no name has index 0).
@@ -53,14 +53,17 @@ private:
 	{
 		Korvo::UInt32      hash;
 		unsigned int       index;
-		QualifiedNameEntry name;
+		const std::string* pPrefix;
+		const std::string* pNamespace;
+		const std::string* pLocalName;
 		bool               inElement;
 	};
 
 	static Korvo::UInt32 hashOf(const std::string& prefix, const std::string& ns, const std::string& localName, bool inElement);
 	std::size_t slotOf(Korvo::UInt32 hash, const std::string& prefix, const std::string& ns, const std::string& localName, bool inElement) const;
 		/// The slot that holds the name, or the empty slot where it would go.
-	static bool equal(const Vocabulary<std::string>* pTable, unsigned int id, const std::string& value);
+	static const std::string* string(const Vocabulary<std::string>* pTable, unsigned int id);
+	static bool equal(const std::string& left, const std::string& right);
 	void grow();
 
 	std::vector<Entry>        _entries;

@@ -132,7 +132,8 @@ class ValueIndex
 	/// tag matches.
 	///
 	/// The index covers the table's values from index 0 up to a count. It is
-	/// built when it is first asked, and catches up with values appended
+	/// built when it is first asked about a table of more than a few values,
+	/// which are searched one by one, and catches up with values appended
 	/// since whenever it is asked again; so a table that nobody searches
 	/// never builds one. Values equal to an earlier one are not indexed:
 	/// the first index of a value is the one found.
@@ -173,6 +174,7 @@ public:
 		/// the last call first. A K compares and hashes as the T it stands
 		/// for (a std::string_view for a std::string).
 	{
+		if (_tags.empty() && values.size() <= SMALL) return scan(values, value);
 		sync(values);
 		return locate(values, value, _hash(value));
 	}
@@ -181,6 +183,7 @@ public:
 		/// Enters the value just appended to values (the one probe did not
 		/// find) under its index. Nothing may have changed in between.
 	{
+		if (_tags.empty()) return;
 		poco_assert_dbg (!probe.found() && _count + 1 == values.size());
 		_tags[probe._slot] = probe._tag;
 		_indices[probe._slot] = _count++;
@@ -191,7 +194,7 @@ public:
 		/// Forgets the values from index size on, which values is about to
 		/// drop: it must still hold them.
 	{
-		if (size >= _count) return;
+		if (_tags.empty() || size >= _count) return;
 		if (_count - size > size)
 		{
 			// Most of it goes: start again, and index the rest when asked.
@@ -219,9 +222,29 @@ private:
 	enum
 	{
 		EMPTY = 0,
+		SMALL = 24,
+			/// Tables up to this size are searched from the start, with no index.
 		MIN_SLOTS = 64,
 		LARGE_SLOTS = 4096
 	};
+
+	template <class K>
+	Probe scan(const VerbTable<T>& values, const K& value) const
+	{
+		Probe result;
+		result._slot = 0;
+		result._tag = EMPTY;
+		result._index = NOT_FOUND;
+		for (unsigned int i = 0; i < values.size(); ++i)
+		{
+			if (*values.get(i) == value)
+			{
+				result._index = i;
+				break;
+			}
+		}
+		return result;
+	}
 
 	static unsigned char tagOf(Korvo::UInt32 hash)
 		/// The top octet of the hash (the slot comes from the bottom ones), never EMPTY.
