@@ -528,92 +528,68 @@ namespace
 		return index <= LARGEST_INDEX;
 	}
 
-	inline bool indexFromThirdBit(const unsigned char*& p, const unsigned char* pEnd, unsigned& index)
-		/// The integer that starts at the third bit of *p, in its one-,
-		/// two- and three-octet forms.
+	template <int BITS>
+	inline bool indexInOctet(const unsigned char*& p, const unsigned char* pEnd, unsigned& index)
+		/// The integer whose form starts in the last BITS bits of *p (6 from
+		/// the third bit, 5 from the fourth), in its one-, two- and
+		/// three-octet forms: '0' and the value less one, or '100' and '101'
+		/// with one or two octets more.
 	{
-		const unsigned x = *p & 0x3F;
-		if (x < 32)
+		const unsigned SHORT = 1u << (BITS - 1);
+		const unsigned WIDE = 1u << (BITS - 3);
+		const unsigned x = *p & ((1u << BITS) - 1);
+		if (x < SHORT)
 		{
 			index = x + 1;
 			p += 1;
 			return true;
 		}
-		if (x >= 48 || pEnd - p < 2 + (x >= 40)) return false;
-		if (x < 40)
+		if (x >= SHORT + 2*WIDE || pEnd - p < 2 + (x >= SHORT + WIDE)) return false;
+		if (x < SHORT + WIDE)
 		{
-			index = ((x & 7) << 8 | p[1]) + 33;
+			index = ((x & (WIDE - 1)) << 8 | p[1]) + SHORT + 1;
 			p += 2;
 		}
 		else
 		{
-			index = ((x & 7) << 16 | p[1] << 8 | p[2]) + 2081;
+			index = ((x & (WIDE - 1)) << 16 | p[1] << 8 | p[2]) + SHORT + 1 + (WIDE << 8);
 			p += 3;
 		}
 		return true;
+	}
+
+	inline bool indexFromThirdBit(const unsigned char*& p, const unsigned char* pEnd, unsigned& index)
+	{
+		return indexInOctet<6>(p, pEnd, index);
 	}
 
 	inline bool indexFromFourthBit(const unsigned char*& p, const unsigned char* pEnd, unsigned& index)
-		/// The integer that starts at the fourth bit of *p, in its one-,
-		/// two- and three-octet forms.
 	{
-		const unsigned x = *p & 0x1F;
-		if (x < 16)
-		{
-			index = x + 1;
-			p += 1;
-			return true;
-		}
-		if (x >= 24 || pEnd - p < 2 + (x >= 20)) return false;
-		if (x < 20)
-		{
-			index = ((x & 3) << 8 | p[1]) + 17;
-			p += 2;
-		}
-		else
-		{
-			index = ((x & 3) << 16 | p[1] << 8 | p[2]) + 1041;
-			p += 3;
-		}
-		return true;
+		return indexInOctet<5>(p, pEnd, index);
 	}
 
-	inline bool lengthFromFifthBit(const unsigned char*& p, const unsigned char* pEnd, std::size_t& length)
-		/// The octet-string length that starts at the fifth bit of *p; p
+	template <int BITS>
+	inline bool lengthInOctet(const unsigned char*& p, const unsigned char* pEnd, std::size_t& length)
+		/// The octet-string length whose form starts in the last BITS bits of
+		/// *p (7 from the second bit, 4 from the fifth, 2 from the seventh):
+		/// the length less one, or a prefix and one octet or four more. p
 		/// then points at the octets, which must all lie before pEnd.
 	{
-		const unsigned x = *p & 0x0F;
-		if (x < 8)
+		const unsigned SHORT = 1u << (BITS - 1);
+		const unsigned x = *p & ((1u << BITS) - 1);
+		if (x < SHORT)
 		{
 			length = x + 1;
 			p += 1;
 		}
-		else if (x == 8 && pEnd - p >= 2)
+		else if (x == SHORT && pEnd - p >= 2)
 		{
-			length = p[1] + 9u;
+			length = p[1] + SHORT + 1;
 			p += 2;
 		}
-		else return false;
-		return static_cast<std::size_t>(pEnd - p) >= length;
-	}
-
-	inline bool lengthFromSeventhBit(const unsigned char*& p, const unsigned char* pEnd, std::size_t& length)
-		/// The octet-string length that starts at the seventh bit of *p.
-	{
-		const unsigned x = *p & 0x03;
-		if (x < 2)
+		else if (x > SHORT && pEnd - p >= 5)
 		{
-			length = x + 1;
-			p += 1;
-		}
-		else if (x == 2 && pEnd - p >= 2)
-		{
-			length = p[1] + 3u;
-			p += 2;
-		}
-		else if (x == 3 && pEnd - p >= 5)
-		{
-			length = (Korvo::UInt32(p[1]) << 24 | Korvo::UInt32(p[2]) << 16 | Korvo::UInt32(p[3]) << 8 | p[4]) + 259ull;
+			length = (std::size_t(p[1]) << 24 | std::size_t(p[2]) << 16 | std::size_t(p[3]) << 8 | p[4]) + SHORT + 1 + 256;
 			p += 5;
 		}
 		else return false;
@@ -794,19 +770,7 @@ bool FastInfosetParser::readBufferedString(const unsigned char*& p, const unsign
 		if (!indexFromSecondBit(p, pEnd, string.index)) return false;
 		return _vocabulary.vocabulary(id)->lookup(string.index) != nullptr;
 	}
-	const unsigned x = *p & 0x7F;
-	if (x < 64)
-	{
-		string.length = x + 1;
-		p += 1;
-	}
-	else if (x == 64 && pEnd - p >= 2)
-	{
-		string.length = p[1] + 65u;
-		p += 2;
-	}
-	else return false;
-	if (static_cast<std::size_t>(pEnd - p) < string.length) return false;
+	if (!lengthInOctet<7>(p, pEnd, string.length)) return false;
 	string.pText = reinterpret_cast<const char*>(p);
 	p += string.length;
 	return true;
@@ -821,11 +785,17 @@ const std::string& FastInfosetParser::addString(DocumentVocabulary::ID id, const
 		index = string.index;
 		return *table.lookup(index);
 	}
-	// As parseIdentifyingStringOrIndex() adds a literal.
 	std::string& value = table.spare();
 	value.assign(string.pText, string.length);
+	return enterLiteral(table, value, index);
+}
+
+
+const std::string& FastInfosetParser::enterLiteral(Vocabulary<std::string>& table, std::string& value, unsigned& index)
+{
 	if (isFull(table))
 	{
+		// Kept apart for as long as the document may still name it.
 		index = NOT_INDEXED;
 		_unindexedStrings.push_back(value);
 		return _unindexedStrings.back();
@@ -845,10 +815,18 @@ unsigned FastInfosetParser::addName(const BufferedName& literal, bool isElement,
 	qualName.pPrefix = literal.hasPrefix ? &addString(DocumentVocabulary::PREFIX, literal.prefix, prefixIndex) : &EMPTY_STRING;
 	qualName.pUri = literal.hasNamespace ? &addString(DocumentVocabulary::NAMESPACE_NAME, literal.namespaceName, namespaceIndex) : &EMPTY_STRING;
 	qualName.pLocalName = &addString(DocumentVocabulary::LOCAL_NAME, literal.localName, localNameIndex);
+	return enterName(QualifiedNameEntry(prefixIndex, namespaceIndex, localNameIndex), isElement, qualName);
+}
+
+
+unsigned FastInfosetParser::enterName(const QualifiedNameEntry& name, bool isElement, const ResolvedQualName& qualName)
+{
+	// A name with a part that no table holds, or a full name table, is not
+	// indexed: the writer adds nothing either.
 	Vocabulary<QualifiedNameEntry>& names = getQNameVocabulary(isElement);
-	if (prefixIndex == NOT_INDEXED || namespaceIndex == NOT_INDEXED || localNameIndex == NOT_INDEXED || isFull(names)) return 0;
+	if (name.prefixId() == NOT_INDEXED || name.namespaceId() == NOT_INDEXED || name.localNameId() == NOT_INDEXED || isFull(names)) return 0;
 	bool existed = false;
-	unsigned index = names.index(QualifiedNameEntry(prefixIndex, namespaceIndex, localNameIndex), existed);
+	unsigned index = names.index(name, existed);
 	rememberName(index, isElement, qualName);
 	return index;
 }
@@ -867,7 +845,7 @@ bool FastInfosetParser::readBufferedValue(const unsigned char*& p, const unsigne
 	// '0', add-to-table, 00 for UTF-8, then the length from the fifth bit.
 	if (*p & 0x30) return false;
 	attribute.addToTable = (*p & 0x40) != 0;
-	if (!lengthFromFifthBit(p, pEnd, attribute.length)) return false;
+	if (!lengthInOctet<4>(p, pEnd, attribute.length)) return false;
 	attribute.pText = reinterpret_cast<const char*>(p);
 	p += attribute.length;
 	return true;
@@ -890,7 +868,7 @@ bool FastInfosetParser::readBufferedCharacters(const unsigned char*& p, const un
 	if (*p & 0x0C) return false;
 	const bool addToTable = (*p & 0x10) != 0;
 	std::size_t length = 0;
-	if (!lengthFromSeventhBit(p, pEnd, length)) return false;
+	if (!lengthInOctet<2>(p, pEnd, length)) return false;
 	const char* pText = reinterpret_cast<const char*>(p);
 	p += length;
 	if (addToTable)
@@ -1193,14 +1171,7 @@ unsigned FastInfosetParser::readLiteralQualifiedName(BitStreamReader& aReader, R
 	poco_assert (qualName.pPrefix != 0);
 	poco_assert (qualName.pUri != 0);
 	poco_assert (qualName.pLocalName != 0);
-	// A name with a part that no table holds, or a full name table, is not
-	// indexed: the writer adds nothing either.
-	Vocabulary<QualifiedNameEntry>& names = getQNameVocabulary(isElement);
-	if (prefixIndex == NOT_INDEXED || namespaceIndex == NOT_INDEXED || localNameIndex == NOT_INDEXED || isFull(names)) return 0;
-	bool existed = false;
-	unsigned index = names.index(QualifiedNameEntry(prefixIndex, namespaceIndex, localNameIndex), existed);
-	rememberName(index, isElement, qualName);
-	return index;
+	return enterName(QualifiedNameEntry(prefixIndex, namespaceIndex, localNameIndex), isElement, qualName);
 }
 
 
@@ -1279,15 +1250,7 @@ const std::string& FastInfosetParser::parseIdentifyingStringOrIndex(BitStreamRea
 		Vocabulary<std::string>& table = *_vocabulary.vocabulary(id);
 		std::string& value = table.spare();
 		Decoder::nonEmptyOctetString(aReader, value);
-		if (isFull(table))
-		{
-			// Kept apart for as long as the document may still name it.
-			index = NOT_INDEXED;
-			_unindexedStrings.push_back(value);
-			return _unindexedStrings.back();
-		}
-		bool existed = false;
-		index = table.index(value, existed);
+		return enterLiteral(table, value, index);
 	}
 	else
 	{

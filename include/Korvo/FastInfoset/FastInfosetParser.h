@@ -340,6 +340,12 @@ private:
 	unsigned addName(const BufferedName& literal, bool isElement, ResolvedQualName& qualName);
 		/// Add what was read in place to the tables, as the general path
 		/// adds literal strings and names.
+	const std::string& enterLiteral(Vocabulary<std::string>& table, std::string& value, unsigned& index);
+		/// Adds value, a literal built in the table's spare storage, unless
+		/// the table is full; returns the string its names refer to.
+	unsigned enterName(const QualifiedNameEntry& name, bool isElement, const ResolvedQualName& qualName);
+		/// Adds a literal name to its table, unless a part or the table
+		/// stays unindexed; returns its index or 0.
 	void finishElement(BitStreamReader& aReader, const ResolvedQualName& qualName, RecycledAttributes* pList);
 		/// Reads an element from its attributes on (when pList is given)
 		/// and reports its start.
