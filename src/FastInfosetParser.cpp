@@ -22,6 +22,7 @@
 #include "Korvo/FastInfoset/NullRefEncoding.h"
 #include "Korvo/FastInfoset/StringDecoder.h"
 #include "Korvo/FastInfoset/Utility.h"
+#include "NewValueFilter.h"
 #include "RecycledAttributes.h"
 #include "VocabularyLimit.h"
 #include "Poco/SAX/ContentHandler.h"
@@ -406,6 +407,7 @@ void FastInfosetParser::parseDocument(BitStreamReader& aReader)
 		throw;
 	}
 	_externalVocabularies.endHeader();
+	forgetTables();
 	if (_pDocumentHandler) _pDocumentHandler->setDocumentVocabulary(_vocabulary);
 	parseDocumentChildren(aReader, parts);
 	if (_pContentHandler) _pContentHandler->startDocument();
@@ -787,11 +789,11 @@ const std::string& FastInfosetParser::addString(DocumentVocabulary::ID id, const
 	}
 	std::string& value = table.spare();
 	value.assign(string.pText, string.length);
-	return enterLiteral(table, value, index);
+	return enterLiteral(id, table, value, index);
 }
 
 
-const std::string& FastInfosetParser::enterLiteral(Vocabulary<std::string>& table, std::string& value, unsigned& index)
+const std::string& FastInfosetParser::enterLiteral(DocumentVocabulary::ID id, Vocabulary<std::string>& table, std::string& value, unsigned& index)
 {
 	if (isFull(table))
 	{
@@ -800,8 +802,7 @@ const std::string& FastInfosetParser::enterLiteral(Vocabulary<std::string>& tabl
 		_unindexedStrings.push_back(value);
 		return _unindexedStrings.back();
 	}
-	bool existed = false;
-	index = table.index(value, existed);
+	index = addLiteral(id, table, value);
 	return *table.lookup(index);
 }
 
@@ -825,8 +826,7 @@ unsigned FastInfosetParser::enterName(const QualifiedNameEntry& name, bool isEle
 	// indexed: the writer adds nothing either.
 	Vocabulary<QualifiedNameEntry>& names = getQNameVocabulary(isElement);
 	if (name.prefixId() == NOT_INDEXED || name.namespaceId() == NOT_INDEXED || name.localNameId() == NOT_INDEXED || isFull(names)) return 0;
-	bool existed = false;
-	unsigned index = names.index(name, existed);
+	unsigned index = _pNameFilters[isElement ? 0 : 1].add(names, name);
 	rememberName(index, isElement, qualName);
 	return index;
 }
@@ -879,11 +879,30 @@ bool FastInfosetParser::readBufferedCharacters(const unsigned char*& p, const un
 }
 
 
+void FastInfosetParser::forgetTables()
+{
+	const std::size_t stringTables = DocumentVocabulary::CHARACTER_CONTENT_CHUNK - DocumentVocabulary::PREFIX + 1;
+	if (!_pStringFilters)
+	{
+		_pStringFilters.reset(new NewValueFilter<std::string>[stringTables]);
+		_pNameFilters.reset(new NewValueFilter<QualifiedNameEntry>[2]);
+	}
+	for (std::size_t i = 0; i < stringTables; ++i) _pStringFilters[i].forget();
+	_pNameFilters[0].forget();
+	_pNameFilters[1].forget();
+}
+
+
+inline unsigned FastInfosetParser::addLiteral(DocumentVocabulary::ID id, Vocabulary<std::string>& table, const std::string& value)
+{
+	return _pStringFilters[id - DocumentVocabulary::PREFIX].add(table, value);
+}
+
+
 void FastInfosetParser::addToItsTable(DocumentVocabulary::ID id, const std::string& value)
 {
 	Vocabulary<std::string>& table = *_vocabulary.vocabulary(id);
-	bool existed = false;
-	if (!isFull(table)) table.index(value, existed);
+	if (!isFull(table)) addLiteral(id, table, value);
 }
 
 
@@ -894,12 +913,7 @@ const std::string& FastInfosetParser::addValue(DocumentVocabulary::ID id, const 
 	Vocabulary<std::string>& table = *_vocabulary.vocabulary(id);
 	std::string& value = table.spare();
 	value.assign(pText, length);
-	if (!isFull(table))
-	{
-		bool existed = false;
-		const unsigned index = table.index(value, existed);
-		if (existed) return table.value(index);
-	}
+	if (!isFull(table)) return *table.lookup(addLiteral(id, table, value));
 	return value;
 }
 
@@ -1250,7 +1264,7 @@ const std::string& FastInfosetParser::parseIdentifyingStringOrIndex(BitStreamRea
 		Vocabulary<std::string>& table = *_vocabulary.vocabulary(id);
 		std::string& value = table.spare();
 		Decoder::nonEmptyOctetString(aReader, value);
-		return enterLiteral(table, value, index);
+		return enterLiteral(id, table, value, index);
 	}
 	else
 	{

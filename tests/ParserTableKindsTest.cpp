@@ -4,10 +4,12 @@
 // Real documents and messages written by an independent implementation
 // (each NAME.fi with NAME.xml or NAME.xsl beside it), parsed with every kind
 // of table, from memory and from a stream: the same events each time, the
-// XML's content, and the same tables afterwards.
+// XML's content, and the same tables afterwards; a literal that repeats a
+// table value, as each kind of table takes it.
 //
 
 #include "Korvo/FastInfoset/FastInfosetParser.h"
+#include "Korvo/FastInfoset/FastInfosetWriter.h"
 #include "DocumentEvents.h"
 #include "support/ParserTestSupport.h"
 #include "support/SaxRecorder.h"
@@ -15,6 +17,7 @@
 #include <gtest/gtest.h>
 #include <algorithm>
 #include <cctype>
+#include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
@@ -151,3 +154,42 @@ INSTANTIATE_TEST_SUITE_P(Fixtures, ParserTableKindsTest, ::testing::ValuesIn(fix
 		std::replace_if(name.begin(), name.end(), [](char c) { return !std::isalnum(static_cast<unsigned char>(c)); }, '_');
 		return name;
 	});
+
+
+TEST(ParserTableKindsRepeatTest, ALiteralRepeatingATableValueIsFoundByIndexedTablesOnly)
+{
+	// n different chunks, then one that repeats the first: indexed tables
+	// give it the first one's index, vector tables a new one. Small tables
+	// and tables past the parser's filtering limit alike.
+	for (int distinct: {1, 30, 80})
+	{
+		std::ostringstream out;
+		FastInfosetWriter writer(out, false, DV::VOC_MAP);
+		const Korvo::XML::AttributesImpl none;
+		writer.startDocument();
+		writer.startElement("", "r", "", none);
+		for (int i = 0; i <= distinct; ++i)
+		{
+			char text[16];
+			std::snprintf(text, sizeof(text), "c%02d", i < distinct ? i : 99);
+			writer.startElement("", "e", "", none);
+			writer.characters(text, 0, 3);
+			writer.endElement("", "e", "");
+		}
+		writer.endElement("", "r", "");
+		writer.endDocument();
+		std::string fis = out.str();
+		fis.replace(fis.rfind("c99"), 3, "c00");
+
+		for (DV::VocabularyImpl impl: {DV::VOC_MAP, DV::VOC_HASH, DV::VOC_VECTOR})
+		{
+			const Parsed parsed = parse(fis, impl);
+			const Vocabulary<std::string>& chunks = *parsed.pVocabulary->vocabulary(DV::CHARACTER_CONTENT_CHUNK);
+			const unsigned int expected = distinct + (impl == DV::VOC_VECTOR ? 2 : 1);
+			ASSERT_EQ(expected, chunks.size()) << distinct << " impl " << impl;
+			EXPECT_EQ("c00", chunks.value(1));
+			EXPECT_EQ(impl == DV::VOC_VECTOR ? "c00" : (distinct == 1 ? "c00" : "c" + std::to_string(distinct - 1)), chunks.value(expected - 1));
+			EXPECT_EQ(parse(fis, DV::VOC_VECTOR).events, parsed.events);
+		}
+	}
+}

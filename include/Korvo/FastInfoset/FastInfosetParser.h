@@ -49,6 +49,7 @@ class FISContentHandler;
 class FISDocumentHandler;
 class NullRefEncoding;
 class RecycledAttributes;
+template <class T> class NewValueFilter;
 
 
 class FastInfoset_API FastInfosetParser: public Korvo::XML::XMLReader
@@ -340,7 +341,7 @@ private:
 	unsigned addName(const BufferedName& literal, bool isElement, ResolvedQualName& qualName);
 		/// Add what was read in place to the tables, as the general path
 		/// adds literal strings and names.
-	const std::string& enterLiteral(Vocabulary<std::string>& table, std::string& value, unsigned& index);
+	const std::string& enterLiteral(DocumentVocabulary::ID id, Vocabulary<std::string>& table, std::string& value, unsigned& index);
 		/// Adds value, a literal built in the table's spare storage, unless
 		/// the table is full; returns the string its names refer to.
 	unsigned enterName(const QualifiedNameEntry& name, bool isElement, const ResolvedQualName& qualName);
@@ -353,6 +354,12 @@ private:
 		/// Adds the string to table id, unless the table is full; returns it.
 	void addToItsTable(DocumentVocabulary::ID id, const std::string& value);
 		/// Adds value to table id, unless the table is full.
+	unsigned addLiteral(DocumentVocabulary::ID id, Vocabulary<std::string>& table, const std::string& value);
+		/// Adds value to table, which is table id, as its index-or-add
+		/// operation does; returns the index.
+	void forgetTables();
+		/// Makes the filters start again from the tables, which a document
+		/// header has just set up.
 	const ResolvedQualName* knownName(unsigned index, bool isElement);
 		/// The resolved name at index, or null past the end of its table.
 
@@ -392,6 +399,10 @@ private:
 	std::deque<std::string>      _unindexedStrings;
 		/// Literal names that full tables did not take, kept for the
 		/// document's events.
+	std::unique_ptr<NewValueFilter<std::string>[]> _pStringFilters;
+		/// By table, from PREFIX on; made for the first document.
+	std::unique_ptr<NewValueFilter<QualifiedNameEntry>[]> _pNameFilters;
+		/// Element names, then attribute names.
 };
 
 

@@ -31,7 +31,7 @@ namespace FastInfoset {
 template <class T>
 class VerbTable
 	/// Stores the values of one vocabulary table in index order. Values live
-	/// in chunks of 256, 512, 1024, ... reserved slots; a chunk is never
+	/// in chunks of 16, 32, 64, ... reserved slots; a chunk is never
 	/// reallocated, so a reference to a stored value stays valid until the
 	/// table drops it.
 	///
@@ -42,7 +42,7 @@ class VerbTable
 public:
 	enum
 	{
-		INITIAL_CHUNK_SIZE = 256
+		INITIAL_CHUNK_SIZE = 16
 	};
 
 	VerbTable():
@@ -163,7 +163,7 @@ private:
 
 	static std::size_t chunkOf(unsigned int idx)
 	{
-		// Chunk k starts at 256 * (2^k - 1): find it directly instead of walking.
+		// Chunk k starts at 16 * (2^k - 1): find it directly instead of walking.
 		unsigned int q = idx/INITIAL_CHUNK_SIZE + 1;
 		return 31 - static_cast<unsigned int>(__builtin_clz(q));
 	}
@@ -206,7 +206,7 @@ private:
 
 	enum
 	{
-		MAX_CHUNKS = 25
+		MAX_CHUNKS = 29
 			/// Enough for 2^32 values.
 	};
 

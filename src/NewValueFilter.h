@@ -1,0 +1,157 @@
+//
+// NewValueFilter.h
+//
+// Library: FastInfoset
+// Package: Parser
+// Module:  NewValueFilter
+//
+// Lets the parser append a literal to an indexed table without searching it
+// where the literal is surely new.
+//
+// Copyright (c) 2026, Korvo FastInfoset developers.
+//
+// SPDX-License-Identifier:	BSL-1.0
+//
+
+
+#ifndef FastInfoset_NewValueFilter_INCLUDED
+#define FastInfoset_NewValueFilter_INCLUDED
+
+
+#include "Korvo/FastInfoset/FastInfoset.h"
+#include "Korvo/FastInfoset/HashVocabulary.h"
+#include "Korvo/FastInfoset/IndexedVocabulary.h"
+#include "Korvo/FastInfoset/MapVocabulary.h"
+#include "Korvo/FastInfoset/ValueIndex.h"
+#include "Korvo/FastInfoset/Vocabulary.h"
+#include <typeinfo>
+
+
+namespace Korvo {
+namespace FastInfoset {
+
+
+template <class T>
+class NewValueFilter
+	/// Adds the literals of a document to one table as its index-or-add
+	/// operation does, but cheaper while the table is small: two bits of a
+	/// 512-bit set per value the table holds tell when a value cannot be
+	/// there, and such a value is appended without a search. A value that
+	/// may be there, a table without value lookup or a large table takes
+	/// the table's own operation.
+	///
+	/// The set follows the table through the values added here; forget()
+	/// makes it start again from the table's content, as it must whenever
+	/// the table may have changed otherwise (a new document).
+{
+public:
+	NewValueFilter():
+		_pTable(nullptr),
+		_pIndexed(nullptr),
+		_covered(0)
+	{
+	}
+
+	void forget()
+	{
+		_pTable = nullptr;
+	}
+
+	unsigned int add(Vocabulary<T>& table, const T& value)
+		/// What table.index(value, existed) returns.
+	{
+		if (&table == _pTable && !_pIndexed)
+		{
+			bool existed;
+			return table.index(value, existed);
+		}
+		return filter(table, value);
+	}
+
+private:
+	enum
+	{
+		LIMIT = 64,
+			/// Tables beyond this size use their own index.
+		WORDS = 8
+	};
+
+	unsigned int __attribute__((noinline)) filter(Vocabulary<T>& table, const T& value)
+	{
+		// Whatever added to the table other than here makes the set start again.
+		if (&table != _pTable || !holdsCovered()) cover(table);
+		if (!_pIndexed)
+		{
+			bool existed;
+			return table.index(value, existed);
+		}
+		const Korvo::UInt32 hash = _hash(value);
+		if (mayHold(hash))
+		{
+			bool existed;
+			const unsigned int index = table.index(value, existed);
+			mark(hash);
+			_covered = table.size();
+			if (_covered > LIMIT) _pIndexed = nullptr;
+			return index;
+		}
+		_pIndexed->append(value);
+		mark(hash);
+		if (_covered == LIMIT) _pIndexed = nullptr;
+		return _covered++;
+	}
+
+	bool holdsCovered() const
+		/// Whether the table's size is still the one covered.
+	{
+		return _pIndexed && _pIndexed->IndexedVocabulary<T>::size() == _covered;
+	}
+
+	void cover(Vocabulary<T>& table)
+	{
+		// The table kinds that append without a search: others, and tables
+		// beyond the limit, add through their own operation.
+		_pTable = &table;
+		_pIndexed = nullptr;
+		_covered = table.size();
+		if (_covered > LIMIT) return;
+		if (typeid(table) == typeid(MapVocabulary<T>))
+			_pIndexed = static_cast<MapVocabulary<T>*>(&table);
+		else if (typeid(table) == typeid(HashVocabulary<T>))
+			_pIndexed = static_cast<HashVocabulary<T>*>(&table);
+		else
+			return;
+		for (Korvo::UInt64& word: _bits) word = 0;
+		for (unsigned int i = 0; i < _covered; ++i) mark(_hash(*table.lookup(i)));
+	}
+
+	bool mayHold(Korvo::UInt32 hash) const
+	{
+		return (_bits[(hash >> 6) & (WORDS - 1)] & bit(hash)) && (_bits[(hash >> 15) & (WORDS - 1)] & bit(hash >> 9));
+	}
+
+	void mark(Korvo::UInt32 hash)
+	{
+		_bits[(hash >> 6) & (WORDS - 1)] |= bit(hash);
+		_bits[(hash >> 15) & (WORDS - 1)] |= bit(hash >> 9);
+	}
+
+	static Korvo::UInt64 bit(Korvo::UInt32 hash)
+	{
+		return Korvo::UInt64(1) << (hash & 63);
+	}
+
+	Vocabulary<T>*         _pTable;
+	IndexedVocabulary<T>*  _pIndexed;
+		/// Null where the set is not used.
+	unsigned int           _covered;
+		/// The table's size when the set last matched it.
+	Korvo::UInt64          _bits[WORDS];
+	ValueHash<T>           _hash;
+};
+
+
+} } // namespace Korvo::FastInfoset
+
+
+#endif // FastInfoset_NewValueFilter_INCLUDED
