@@ -49,9 +49,9 @@ namespace
 {
 	const std::size_t SCRATCH_CAPACITY = 1024;
 	const std::size_t QUALIFIED_NAME_CAPACITY = 256;
-	const std::size_t ATTRIBUTES_CAPACITY = 16;
+	const std::size_t NAMESPACE_ATTRIBUTES_CAPACITY = 4;
 	const std::size_t ATTRIBUTE_LISTS = 128;
-	const std::size_t OPEN_ELEMENTS_CAPACITY = 64;
+	const std::size_t OPEN_ELEMENTS_CAPACITY = 32;
 
 	const unsigned char TERMINATOR = 0x0F;
 	const unsigned char NAMESPACE_ATTRIBUTES = 0x38;
@@ -159,9 +159,9 @@ FastInfosetParser::~FastInfosetParser()
 void FastInfosetParser::reserveBuffers()
 {
 	_attributeLists.resize(ATTRIBUTE_LISTS);
-	_namespaceAttributes.reserve(ATTRIBUTES_CAPACITY);
-	_octetBuffer.reserve(SCRATCH_CAPACITY);
-	_textBuffer.reserve(SCRATCH_CAPACITY);
+	// Small enough for the allocator's quick sizes; the UTF-16 and alphabet
+	// buffers, which few documents need, grow when used.
+	_namespaceAttributes.reserve(NAMESPACE_ATTRIBUTES_CAPACITY);
 	_literalBuffer.reserve(SCRATCH_CAPACITY);
 	_qualifiedName.reserve(QUALIFIED_NAME_CAPACITY);
 	_pNullEncoding->content().reserve(SCRATCH_CAPACITY);

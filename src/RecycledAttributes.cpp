@@ -23,7 +23,7 @@ namespace FastInfoset {
 
 namespace
 {
-	const std::size_t INITIAL_CAPACITY = 8;
+	const std::size_t INITIAL_CAPACITY = 4;
 	const std::string NO_NAME;
 }
 

@@ -28,7 +28,7 @@
 #include "Poco/SAX/XMLReader.h"
 #include "Poco/SAX/AttributesImpl.h"
 #include <cstddef>
-#include <deque>
+#include <list>
 #include <memory>
 #include <string>
 #include <vector>
@@ -396,7 +396,7 @@ private:
 		/// Element-name table entries resolved so far, by index.
 	std::vector<ResolvedQualName> _attributeNames;
 		/// Attribute-name table entries resolved so far, by index.
-	std::deque<std::string>      _unindexedStrings;
+	std::list<std::string>       _unindexedStrings;
 		/// Literal names that full tables did not take, kept for the
 		/// document's events.
 	std::unique_ptr<NewValueFilter<std::string>[]> _pStringFilters;
