@@ -46,6 +46,57 @@ namespace
 	const std::size_t BUILT_IN_ALPHABETS = 15;
 		// Numeric, date-time and the 13 reserved ones, which a document cannot change.
 
+	const std::size_t MAX_SPARE_STORAGE = 4096;
+		// Tables with room for more values are freed rather than kept.
+
+	struct SpareTables
+		/// The tables of one vocabulary, emptied, or none.
+	{
+		Vocabulary<std::string>*       strings[TABLE_SLOTS];
+		Vocabulary<QualifiedNameEntry>* pElements;
+		Vocabulary<QualifiedNameEntry>* pAttributes;
+	};
+
+	class SparePool
+		/// The spare tables of one thread, one set per kind of vocabulary.
+		/// Once the thread's objects are being destroyed it keeps nothing.
+	{
+	public:
+		SparePool():
+			_sets()
+		{
+		}
+
+		~SparePool()
+		{
+			_closed = true;
+			for (SpareTables& set: _sets)
+			{
+				if (!set.pElements) continue;
+				for (auto pTable: set.strings) delete pTable;
+				delete set.pElements;
+				delete set.pAttributes;
+			}
+		}
+
+		static SpareTables* set(DocumentVocabulary::VocabularyImpl impl)
+			/// The set for impl, or null once the thread's pool is gone.
+		{
+			if (_closed || impl > DocumentVocabulary::VOC_VECTOR) return nullptr;
+			return &_pool._sets[impl];
+		}
+
+	private:
+		SpareTables _sets[3];
+
+		static thread_local SparePool _pool;
+		static thread_local bool      _closed;
+			// Plain, so that it can still be read after the pool is destroyed.
+	};
+
+	thread_local SparePool SparePool::_pool;
+	thread_local bool      SparePool::_closed = false;
+
 	template <class T>
 	T* cloneOf(const T* pTable)
 	{
@@ -180,7 +231,44 @@ DocumentVocabulary& DocumentVocabulary::operator = (const DocumentVocabulary& ot
 
 DocumentVocabulary::~DocumentVocabulary()
 {
-	clear();
+	if (!giveSpareTables()) clear();
+}
+
+
+bool DocumentVocabulary::giveSpareTables()
+{
+	SpareTables* pSet = SparePool::set(_impl);
+	if (!pSet || pSet->pElements || _vocabularies.size() != TABLE_SLOTS || !_pElementVocabulary || !_pAttributeVocabulary) return false;
+	for (std::size_t id = PREFIX; id < TABLE_SLOTS; ++id)
+	{
+		if (!_vocabularies[id] || _vocabularies[id]->storage() > MAX_SPARE_STORAGE) return false;
+	}
+	if (_pElementVocabulary->storage() > MAX_SPARE_STORAGE || _pAttributeVocabulary->storage() > MAX_SPARE_STORAGE) return false;
+	try
+	{
+		if (!emptyTables()) return false;
+	}
+	catch (...)
+	{
+		return false;
+	}
+	for (std::size_t id = 0; id < TABLE_SLOTS; ++id) pSet->strings[id] = _vocabularies[id];
+	pSet->pElements = _pElementVocabulary;
+	pSet->pAttributes = _pAttributeVocabulary;
+	return true;
+}
+
+
+bool DocumentVocabulary::takeSpareTables()
+{
+	SpareTables* pSet = SparePool::set(_impl);
+	if (!pSet || !pSet->pElements) return false;
+	// _vocabularies has room for every table and is empty.
+	_vocabularies.assign(pSet->strings, pSet->strings + TABLE_SLOTS);
+	_pElementVocabulary = pSet->pElements;
+	_pAttributeVocabulary = pSet->pAttributes;
+	pSet->pElements = nullptr;
+	return true;
 }
 
 
@@ -192,22 +280,7 @@ void DocumentVocabulary::reset()
 	{
 		clear();
 		_vocabularies.reserve(TABLE_SLOTS);
-		_vocabularies.push_back(nullptr);
-		_vocabularies.push_back(nullptr);
-		switch (_impl)
-		{
-		case VOC_HASH:
-			create<HashVocabulary>();
-			break;
-		case VOC_MAP:
-			create<MapVocabulary>();
-			break;
-		case VOC_VECTOR:
-			create<VectorVocabulary>();
-			break;
-		default:
-			throw Korvo::InvalidArgumentException("Unknown vocabulary implementation");
-		}
+		if (!takeSpareTables()) create();
 	}
 	init();
 	// Alphabets that a document declared must not carry into the next one.
@@ -274,6 +347,27 @@ void DocumentVocabulary::clear()
 	_pElementVocabulary = nullptr;
 	delete _pAttributeVocabulary;
 	_pAttributeVocabulary = nullptr;
+}
+
+
+void DocumentVocabulary::create()
+{
+	_vocabularies.push_back(nullptr);
+	_vocabularies.push_back(nullptr);
+	switch (_impl)
+	{
+	case VOC_HASH:
+		create<HashVocabulary>();
+		break;
+	case VOC_MAP:
+		create<MapVocabulary>();
+		break;
+	case VOC_VECTOR:
+		create<VectorVocabulary>();
+		break;
+	default:
+		throw Korvo::InvalidArgumentException("Unknown vocabulary implementation");
+	}
 }
 
 

@@ -186,6 +186,31 @@ TEST_P(DocumentVocabularyTest, ResetEmptiesTablesInPlace)
 }
 
 
+TEST_P(DocumentVocabularyTest, NextVocabularyStartsFreshWhereTheLastOneEnded)
+{
+	// Tables of a destroyed vocabulary may serve the next one of its kind.
+	for (int round = 0; round < 2; ++round)
+	{
+		DV used(GetParam());
+		for (int i = 0; i < 40; ++i) add(used, DV::LOCAL_NAME, "n" + std::to_string(i));
+		for (int i = 1; i < 19; ++i) add(used, DV::OTHER_URI, "urn:" + std::to_string(i));
+		bool existed;
+		used.elementVocabulary()->index(QualifiedNameEntry(0, 0, 1), existed);
+	}
+	DV voc(GetParam());
+	EXPECT_EQ(2u, voc.vocabulary(DV::PREFIX)->size());
+	EXPECT_EQ(XML_NAMESPACE, voc.value(DV::NAMESPACE_NAME, 1));
+	EXPECT_EQ(1u, voc.vocabulary(DV::LOCAL_NAME)->size());
+	EXPECT_EQ(1u, voc.elementVocabulary()->size());
+	EXPECT_EQ(1u, add(voc, DV::LOCAL_NAME, "n39"));
+	for (int i = 1; i < 19; ++i) add(voc, DV::OTHER_URI, "urn:" + std::to_string(i));
+	if (GetParam() == DV::VOC_HASH)
+		EXPECT_THROW_MESSAGE(add(voc, DV::OTHER_URI, "urn:19"), Korvo::PoolOverflowException, "Vocabulary hash table full");
+	else
+		EXPECT_EQ(19u, add(voc, DV::OTHER_URI, "urn:19"));
+}
+
+
 INSTANTIATE_TEST_SUITE_P(Variants, DocumentVocabularyTest, testing::Values(DV::VOC_HASH, DV::VOC_MAP, DV::VOC_VECTOR));
 
 

@@ -156,6 +156,9 @@ protected:
 	void init();
 	void copy(const DocumentVocabulary& voc);
 
+	void create();
+		/// New tables of the chosen kind.
+
 	template <template <class> class V>
 	void create();
 
@@ -170,6 +173,10 @@ private:
 	template <class T>
 	static void copyValues(const Vocabulary<T>& from, Vocabulary<T>& to);
 	void swap(DocumentVocabulary& other);
+	bool takeSpareTables();
+	bool giveSpareTables();
+		/// Tables of a destroyed vocabulary wait, emptied, for the next
+		/// one of their kind made on the same thread.
 
 	VocabularyImpl                        _impl;
 	std::vector<Vocabulary<std::string>*> _vocabularies;

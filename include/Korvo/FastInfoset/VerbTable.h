@@ -107,6 +107,12 @@ public:
 		return _size;
 	}
 
+	std::size_t storage() const
+		/// Number of values the table has room for without allocating.
+	{
+		return chunkStart(_chunkCount);
+	}
+
 	bool empty() const
 	{
 		return _size == 0;

@@ -70,6 +70,12 @@ public:
 	virtual unsigned int size() const = 0;
 		/// Number of entries, the placeholder included.
 
+	std::size_t storage() const
+		/// Number of entries the table has room for without allocating.
+	{
+		return _index.storage();
+	}
+
 	virtual bool empty() const = 0;
 
 	virtual Vocabulary* subtract(const Vocabulary& other) const = 0;
