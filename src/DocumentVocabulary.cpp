@@ -387,9 +387,12 @@ void DocumentVocabulary::create()
 
 void DocumentVocabulary::init()
 {
+	// Made once: the namespace name is too long to be built without allocating.
+	static const std::string XML_PREFIX("xml");
+	static const std::string XML_NAMESPACE("http://www.w3.org/XML/1998/namespace");
 	bool dummy;
-	poco_assert (_vocabularies[DocumentVocabulary::PREFIX]->index("xml", dummy) == 1);
-	poco_assert (_vocabularies[DocumentVocabulary::NAMESPACE_NAME]->index("http://www.w3.org/XML/1998/namespace", dummy) == 1);
+	poco_assert (_vocabularies[DocumentVocabulary::PREFIX]->index(XML_PREFIX, dummy) == 1);
+	poco_assert (_vocabularies[DocumentVocabulary::NAMESPACE_NAME]->index(XML_NAMESPACE, dummy) == 1);
 }
 
 
