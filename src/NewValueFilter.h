@@ -115,9 +115,12 @@ private:
 		_pIndexed = nullptr;
 		_covered = table.size();
 		if (_covered > LIMIT) return;
-		if (typeid(table) == typeid(MapVocabulary<T>))
+		// The type descriptions' addresses: no name comparison, and at worst
+		// a table that could have been filtered is not.
+		const std::type_info* pType = &typeid(table);
+		if (pType == &typeid(MapVocabulary<T>))
 			_pIndexed = static_cast<MapVocabulary<T>*>(&table);
-		else if (typeid(table) == typeid(HashVocabulary<T>))
+		else if (pType == &typeid(HashVocabulary<T>))
 			_pIndexed = static_cast<HashVocabulary<T>*>(&table);
 		else
 			return;
