@@ -269,6 +269,7 @@ void FastInfosetWriter::keepExternalVocabulary()
 	_externalVocabulary = _vocabulary;
 	std::size_t i = 0;
 	forEachTable(_externalVocabulary, [this, &i](auto& table) { table.truncate(_externalSizes[i++]); });
+	_externalVocabulary.restrictedAlphabets().truncate(_externalSizes[i]);
 	_vocabularyIsExternal = false;
 }
 
