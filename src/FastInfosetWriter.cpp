@@ -106,7 +106,9 @@ FastInfosetWriter::FastInfosetWriter(std::ostream& ostr):
 	_documentStarted(false),
 	_pKnownNames(new QualifiedNameCache),
 	_knownNamesComplete(false),
-	_vocabularyIsExternal(false)
+	_vocabularyIsExternal(false),
+	_pendingPrefixes(0),
+	_prefixesEnded(false)
 {
 	_states.push_back(UNINITIALIZED);
 	std::fill(std::begin(_pIndexedTables), std::end(_pIndexedTables), nullptr);
@@ -126,7 +128,9 @@ FastInfosetWriter::FastInfosetWriter(std::ostream& ostr, bool writeXMLDeclaratio
 	_documentStarted(false),
 	_pKnownNames(new QualifiedNameCache),
 	_knownNamesComplete(false),
-	_vocabularyIsExternal(false)
+	_vocabularyIsExternal(false),
+	_pendingPrefixes(0),
+	_prefixesEnded(false)
 {
 	_states.push_back(UNINITIALIZED);
 	std::fill(std::begin(_pIndexedTables), std::end(_pIndexedTables), nullptr);
@@ -146,7 +150,9 @@ FastInfosetWriter::FastInfosetWriter(std::ostream& ostr, bool writeXMLDeclaratio
 	_documentStarted(false),
 	_pKnownNames(new QualifiedNameCache),
 	_knownNamesComplete(false),
-	_vocabularyIsExternal(false)
+	_vocabularyIsExternal(false),
+	_pendingPrefixes(0),
+	_prefixesEnded(false)
 {
 	_states.push_back(UNINITIALIZED);
 	std::fill(std::begin(_pIndexedTables), std::end(_pIndexedTables), nullptr);
@@ -337,6 +343,9 @@ void FastInfosetWriter::startElement(const XMLString& namespaceURI, const XMLStr
 	// point into the current one.
 	_namespaces.pushContext();
 	_states.push_back(IN_ELEMENT);
+	forgetEndedPrefixes();
+	_prefixMarks.push_back(_pendingPrefixes);
+	_pendingPrefixes = _ownPrefixes.size();
 }
 
 
@@ -377,6 +386,7 @@ void FastInfosetWriter::endElement(const XMLString&, const XMLString&, const XML
 	writeTerminator();
 	_states.pop_back();
 	_namespaces.popContext();
+	dropOwnPrefixes();
 }
 
 
@@ -481,7 +491,11 @@ void FastInfosetWriter::writeTerminator()
 
 void FastInfosetWriter::startPrefixMapping(const XMLString& prefix, const XMLString& uri)
 {
-	if (prefix != NamespaceSupport::XML_NAMESPACE_PREFIX) declarePrefix(prefix, uri);
+	if (prefix == NamespaceSupport::XML_NAMESPACE_PREFIX) return;
+	forgetEndedPrefixes();
+	declarePrefix(prefix, uri);
+	// It belongs to the element that starts next.
+	_ownPrefixes.push_back(prefix);
 }
 
 
@@ -498,7 +512,50 @@ void FastInfosetWriter::declarePrefix(const XMLString& prefix, const XMLString& 
 
 void FastInfosetWriter::endPrefixMapping(const XMLString& prefix)
 {
-	if (prefix != NamespaceSupport::XML_NAMESPACE_PREFIX) _namespaces.undeclarePrefix(prefix);
+	if (prefix == NamespaceSupport::XML_NAMESPACE_PREFIX) return;
+	if (_prefixesEnded)
+	{
+		// Right after an element: its own declarations are gone already, and
+		// undeclaring again would remove an outer declaration of the prefix.
+		auto it = std::find(_ownPrefixes.begin() + _pendingPrefixes, _ownPrefixes.end(), prefix);
+		if (it != _ownPrefixes.end()) _ownPrefixes.erase(it);
+		return;
+	}
+	const std::size_t first = _prefixMarks.empty() ? 0 : _prefixMarks.back();
+	auto it = std::find(_ownPrefixes.begin() + first, _ownPrefixes.end(), prefix);
+	if (it != _ownPrefixes.end())
+	{
+		if (static_cast<std::size_t>(it - _ownPrefixes.begin()) < _pendingPrefixes) --_pendingPrefixes;
+		_ownPrefixes.erase(it);
+	}
+	_namespaces.undeclarePrefix(prefix);
+}
+
+
+void FastInfosetWriter::dropOwnPrefixes()
+{
+	// The declarations that came before an element's start end with it,
+	// whether or not endPrefixMapping() follows (a producer may send it for
+	// another element). Those made while it was open left with its context.
+	forgetEndedPrefixes();
+	const std::size_t first = _prefixMarks.back();
+	_prefixMarks.pop_back();
+	_ownPrefixes.resize(_pendingPrefixes);
+	for (std::size_t i = first; i < _pendingPrefixes; ++i)
+	{
+		if (std::find(_ownPrefixes.begin() + first, _ownPrefixes.begin() + i, _ownPrefixes[i]) == _ownPrefixes.begin() + i)
+			_namespaces.undeclarePrefix(_ownPrefixes[i]);
+	}
+	_pendingPrefixes = first;
+	_prefixesEnded = true;
+}
+
+
+void FastInfosetWriter::forgetEndedPrefixes()
+{
+	if (!_prefixesEnded) return;
+	_ownPrefixes.resize(_pendingPrefixes);
+	_prefixesEnded = false;
 }
 
 

@@ -348,6 +348,8 @@ private:
 	void requireOutsideDTD(const char* message) const;
 	void requireElementContent() const;
 	void declarePrefix(const Korvo::XML::XMLString& prefix, const Korvo::XML::XMLString& uri);
+	void dropOwnPrefixes();
+	void forgetEndedPrefixes();
 	void padToOctet();
 	void writeTerminator();
 	bool isIndexable(std::size_t length) const;
@@ -422,6 +424,14 @@ private:
 		/// True when _pKnownNames holds every name of the name tables.
 	IndexedVocabulary<std::string>*     _pIndexedTables[DocumentVocabulary::CHARACTER_CONTENT_CHUNK + 1];
 	IndexedVocabulary<QualifiedNameEntry>* _pIndexedNames[2];
+
+	// The prefixes declared through startPrefixMapping(): those of each open
+	// element from its mark on, then those of the element to come (from
+	// _pendingPrefixes on), or just after an end those of the ended element.
+	std::vector<Korvo::XML::XMLString>  _ownPrefixes;
+	std::vector<std::size_t>            _prefixMarks;
+	std::size_t                         _pendingPrefixes;
+	bool                                _prefixesEnded;
 		/// The tables that find values without a virtual call (by ID, and
 		/// attribute then element names), or null.
 };
