@@ -92,14 +92,13 @@ namespace
 }
 
 
-// The external vocabulary starts without tables: it is only read once
-// setExternalVocabulary() has replaced it, and tables cost a megabyte.
+// The external vocabulary is made only when setExternalVocabulary() or
+// useExternalVocabulary() needs it.
 FastInfosetWriter::FastInfosetWriter(std::ostream& ostr):
 	_writer(ostr, false),
 	_writeXMLDeclaration(false),
 	_vocabulary(DocumentVocabulary::VOC_HASH),
 	_prefixCounter(0),
-	_externalVocabulary(DocumentVocabulary::DONT_INITIALIZE),
 	_maxIndexedStringLength(16),
 	_pIndexingPolicy(nullptr),
 	_shortestLiterals(false),
@@ -110,9 +109,7 @@ FastInfosetWriter::FastInfosetWriter(std::ostream& ostr):
 	_pendingPrefixes(0),
 	_prefixesEnded(false)
 {
-	_states.push_back(UNINITIALIZED);
-	std::fill(std::begin(_pIndexedTables), std::end(_pIndexedTables), nullptr);
-	std::fill(std::begin(_pIndexedNames), std::end(_pIndexedNames), nullptr);
+	init();
 }
 
 
@@ -121,7 +118,6 @@ FastInfosetWriter::FastInfosetWriter(std::ostream& ostr, bool writeXMLDeclaratio
 	_writeXMLDeclaration(writeXMLDeclaration),
 	_vocabulary(impl),
 	_prefixCounter(0),
-	_externalVocabulary(DocumentVocabulary::DONT_INITIALIZE),
 	_maxIndexedStringLength(16),
 	_pIndexingPolicy(nullptr),
 	_shortestLiterals(false),
@@ -132,9 +128,7 @@ FastInfosetWriter::FastInfosetWriter(std::ostream& ostr, bool writeXMLDeclaratio
 	_pendingPrefixes(0),
 	_prefixesEnded(false)
 {
-	_states.push_back(UNINITIALIZED);
-	std::fill(std::begin(_pIndexedTables), std::end(_pIndexedTables), nullptr);
-	std::fill(std::begin(_pIndexedNames), std::end(_pIndexedNames), nullptr);
+	init();
 }
 
 
@@ -143,7 +137,6 @@ FastInfosetWriter::FastInfosetWriter(std::ostream& ostr, bool writeXMLDeclaratio
 	_writeXMLDeclaration(writeXMLDeclaration),
 	_vocabulary(voc),
 	_prefixCounter(0),
-	_externalVocabulary(DocumentVocabulary::DONT_INITIALIZE),
 	_maxIndexedStringLength(16),
 	_pIndexingPolicy(nullptr),
 	_shortestLiterals(false),
@@ -154,6 +147,14 @@ FastInfosetWriter::FastInfosetWriter(std::ostream& ostr, bool writeXMLDeclaratio
 	_pendingPrefixes(0),
 	_prefixesEnded(false)
 {
+	init();
+}
+
+
+void FastInfosetWriter::init()
+{
+	// Room for the usual nesting, so that a small message grows nothing.
+	_states.reserve(16);
 	_states.push_back(UNINITIALIZED);
 	std::fill(std::begin(_pIndexedTables), std::end(_pIndexedTables), nullptr);
 	std::fill(std::begin(_pIndexedNames), std::end(_pIndexedNames), nullptr);
@@ -243,7 +244,7 @@ const DocumentVocabulary& FastInfosetWriter::getDocumentVocabulary() const
 
 void FastInfosetWriter::setExternalVocabulary(const XMLString& uri, const DocumentVocabulary& voc)
 {
-	if (&voc != &_externalVocabulary) _externalVocabulary = voc;
+	if (&voc != _pExternalVocabulary.get()) externalVocabulary() = voc;
 	_externalVocabularyURI = uri;
 	_vocabularyIsExternal = false;
 }
@@ -272,10 +273,19 @@ void FastInfosetWriter::keepExternalVocabulary()
 {
 	// The document vocabulary as useExternalVocabulary() gave it.
 	if (!_vocabularyIsExternal) return;
-	_externalVocabulary = _vocabulary;
+	DocumentVocabulary& external = externalVocabulary();
+	external = _vocabulary;
 	std::size_t i = 0;
-	forEachTable(_externalVocabulary, [this, &i](auto& table) { table.truncate(_externalSizes[i++]); });
+	forEachTable(external, [this, &i](auto& table) { table.truncate(_externalSizes[i++]); });
 	_vocabularyIsExternal = false;
+}
+
+
+DocumentVocabulary& FastInfosetWriter::externalVocabulary()
+{
+	// Without tables: they are only read once a vocabulary has replaced them.
+	if (!_pExternalVocabulary) _pExternalVocabulary.reset(new DocumentVocabulary(DocumentVocabulary::DONT_INITIALIZE));
+	return *_pExternalVocabulary;
 }
 
 
@@ -311,7 +321,13 @@ void FastInfosetWriter::startDocument()
 		_pPacker->setAlphabets(_vocabulary.restrictedAlphabets());
 	}
 	_states.push_back(IN_DOCUMENT);
-	_namespaces.reset();
+	// Prefixes declared before the document do not count; a writer that
+	// declared none has nothing to forget.
+	if (!_ownPrefixes.empty())
+	{
+		_namespaces.reset();
+		_ownPrefixes.clear();
+	}
 	_namespaces.pushContext();
 }
 
@@ -540,6 +556,8 @@ void FastInfosetWriter::dropOwnPrefixes()
 	forgetEndedPrefixes();
 	const std::size_t first = _prefixMarks.back();
 	_prefixMarks.pop_back();
+	_prefixesEnded = true;
+	if (first == _ownPrefixes.size()) return;
 	_ownPrefixes.resize(_pendingPrefixes);
 	for (std::size_t i = first; i < _pendingPrefixes; ++i)
 	{
@@ -547,14 +565,13 @@ void FastInfosetWriter::dropOwnPrefixes()
 			_namespaces.undeclarePrefix(_ownPrefixes[i]);
 	}
 	_pendingPrefixes = first;
-	_prefixesEnded = true;
 }
 
 
-void FastInfosetWriter::forgetEndedPrefixes()
+inline void FastInfosetWriter::forgetEndedPrefixes()
 {
 	if (!_prefixesEnded) return;
-	_ownPrefixes.resize(_pendingPrefixes);
+	if (_ownPrefixes.size() != _pendingPrefixes) _ownPrefixes.resize(_pendingPrefixes);
 	_prefixesEnded = false;
 }
 
@@ -690,12 +707,13 @@ unsigned int FastInfosetWriter::writeQualifiedNameOrIndex(const XMLString& prefi
 
 	// Names repeat: one look-up of the whole name replaces four table
 	// look-ups once a name has been seen.
-	unsigned int idx = _pKnownNames->find(prefix, ns, localName, inElement);
+	const Korvo::UInt32 hash = QualifiedNameCache::hashOf(prefix, ns, localName, inElement);
+	unsigned int idx = _pKnownNames->find(hash, prefix, ns, localName, inElement);
 	unsigned int foundIdx = 0;
 	if (!idx && !_knownNamesComplete && findQualifiedName(prefix, ns, localName, inElement, foundIdx))
 	{
 		idx = foundIdx;
-		_pKnownNames->add(prefix, ns, localName, inElement, getQNameVocabulary(inElement).value(idx), idx);
+		_pKnownNames->add(hash, prefix, ns, localName, inElement, getQNameVocabulary(inElement).value(idx), idx);
 	}
 
 	if (idx)
@@ -707,7 +725,7 @@ unsigned int FastInfosetWriter::writeQualifiedNameOrIndex(const XMLString& prefi
 		writeTerminator();
 		if (startPos == 1) _writer.write(false);
 		idx = writeQualifiedName(prefix, ns, localName, inElement);
-		if (idx) _pKnownNames->add(prefix, ns, localName, inElement, getQNameVocabulary(inElement).value(idx), idx);
+		if (idx) _pKnownNames->add(hash, prefix, ns, localName, inElement, getQNameVocabulary(inElement).value(idx), idx);
 	}
 	poco_assert (_writer.bitPos() == 0);
 	return idx;
@@ -1061,7 +1079,8 @@ void FastInfosetWriter::writeEncodedCharacterString(const std::string& str, unsi
 	{
 		_writer.write(ALGORITHM_STRING, 2);
 		Encoder::integer(_writer, enc);
-		_encodingAlgorithm.encode(enc, _writer, str);
+		static const EncodingAlgorithm ALGORITHMS;
+		ALGORITHMS.encode(enc, _writer, str);
 	}
 	else if (!_pPacker || !_pPacker->write(_writer, str))
 	{
@@ -1287,7 +1306,7 @@ void FastInfosetWriter::writeHeader()
 	if (hasExternalVocabulary && !hasOnlyExternalEntries())
 	{
 		keepExternalVocabulary();
-		pDifference.reset(new DocumentVocabulary(_vocabulary - _externalVocabulary));
+		pDifference.reset(new DocumentVocabulary(_vocabulary - externalVocabulary()));
 	}
 	else if (!hasExternalVocabulary && !hasOnlyPredefinedEntries())
 		pDifference.reset(new DocumentVocabulary(_vocabulary - DocumentVocabulary(DocumentVocabulary::VOC_MAP)));

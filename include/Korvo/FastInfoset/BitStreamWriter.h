@@ -97,6 +97,7 @@ private:
 		/// appendBits() when the bits complete at least one octet.
 	void writeOctets(const char* str, std::size_t numBytes);
 	void writeUnalignedOctets(const char* str, std::size_t numBytes);
+	std::streambuf* plainBuffer() const;
 	void writeToStream(const char* buffer, int length);
 	void writeToStreamSlow(const char* buffer, int length);
 	static bool checkInputParams(int size, int& numOfBits);
@@ -146,12 +147,20 @@ inline bool BitStreamWriter::checkInputParams(int size, int& numOfBits)
 }
 
 
+inline std::streambuf* BitStreamWriter::plainBuffer() const
+{
+	// A stream that is good, tied to nothing and not unit-buffered can take
+	// octets straight into its buffer; ostream::write would build a sentry
+	// and make a virtual call for each of them.
+	std::streambuf* pBuffer = _pStream->rdbuf();
+	return pBuffer && _pStream->rdstate() == std::ios_base::goodbit && !_pStream->tie() && !(_pStream->flags() & std::ios_base::unitbuf) ? pBuffer : nullptr;
+}
+
+
 inline void BitStreamWriter::writeToStream(const char* buffer, int length)
 {
-	// A few octets go straight into the stream's buffer; ostream::write
-	// would build a sentry and make a virtual call for each of them.
-	std::streambuf* pBuffer = _pStream->rdbuf();
-	if (length <= SHORT_WRITE && pBuffer && _pStream->rdstate() == std::ios_base::goodbit && !_pStream->tie() && !(_pStream->flags() & std::ios_base::unitbuf))
+	std::streambuf* pBuffer = length <= SHORT_WRITE ? plainBuffer() : nullptr;
+	if (pBuffer)
 	{
 		int i = 0;
 		while (i < length && !std::streambuf::traits_type::eq_int_type(pBuffer->sputc(buffer[i]), std::streambuf::traits_type::eof())) ++i;

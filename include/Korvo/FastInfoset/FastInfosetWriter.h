@@ -343,6 +343,8 @@ private:
 	void elementName(const Korvo::XML::XMLString& namespaceURI, const Korvo::XML::XMLString& localName, const Korvo::XML::XMLString& qname, const Korvo::XML::XMLString*& pPrefix, const Korvo::XML::XMLString*& pLocalName);
 		/// The prefix and local name an element is written with, declaring
 		/// its prefix when needed.
+	void init();
+	DocumentVocabulary& externalVocabulary();
 	void requireState(State state, const char* message) const;
 	void requireDocument(const char* message) const;
 	void requireOutsideDTD(const char* message) const;
@@ -389,9 +391,8 @@ private:
 	std::vector<UnparsedEntity>         _unparsedEntities;
 	std::vector<Korvo::XML::XMLString>  _dtdComments;
 		/// Comments of the document type declaration, written after it.
-	DocumentVocabulary                  _externalVocabulary;
+	std::unique_ptr<DocumentVocabulary> _pExternalVocabulary;
 	std::string                         _externalVocabularyURI;
-	EncodingAlgorithm                   _encodingAlgorithm;
 	int                                 _maxIndexedStringLength;
 	StringIndexingPolicy*               _pIndexingPolicy;
 	bool                                _shortestLiterals;
