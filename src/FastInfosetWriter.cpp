@@ -22,16 +22,18 @@
 #include "Korvo/FastInfoset/DoubleEncoding.h"
 #include "Korvo/FastInfoset/UUIDEncoding.h"
 #include "Korvo/FastInfoset/DWordEncoding.h"
+#include "Korvo/FastInfoset/HashVocabulary.h"
+#include "Korvo/FastInfoset/MapVocabulary.h"
 #include "QualifiedNameCache.h"
 #include "VocabularyLimit.h"
 #include "StringPacker.h"
-#include "Poco/XML/Name.h"
 #include "Poco/NumberFormatter.h"
 #include <algorithm>
 #include <cstring>
 #include <iterator>
 #include <memory>
 #include <stdexcept>
+#include <typeinfo>
 
 
 using Korvo::XML::XMLString;
@@ -39,7 +41,6 @@ using Korvo::XML::XMLChar;
 using Korvo::XML::Attributes;
 using Korvo::XML::AttributesImpl;
 using Korvo::XML::NamespaceSupport;
-using Korvo::XML::Name;
 
 
 namespace Korvo {
@@ -79,6 +80,39 @@ namespace
 	bool hasEntries(const Vocabulary<std::string>* pVoc)
 	{
 		return pVoc && !pVoc->empty();
+	}
+
+	void prefixOf(const XMLString& qname, XMLString& prefix)
+		/// What comes before the first colon, as Name::split() has it,
+		/// without building the local part.
+	{
+		const std::size_t colon = qname.find(':');
+		if (colon == XMLString::npos)
+			prefix.clear();
+		else
+			prefix.assign(qname, 0, colon);
+	}
+
+	void localPartOf(const XMLString& qname, XMLString& localName)
+	{
+		const std::size_t colon = qname.find(':');
+		if (colon == XMLString::npos)
+			localName.assign(qname);
+		else
+			localName.assign(qname, colon + 1, XMLString::npos);
+	}
+
+	template <class T>
+	IndexedVocabulary<T>* indexedTable(Vocabulary<T>* pTable)
+		/// The table as one that finds values by itself, or null. The
+		/// library's own kinds are told by their type, without a search
+		/// of the class tree.
+	{
+		if (!pTable) return nullptr;
+		const std::type_info& type = typeid(*pTable);
+		if (type == typeid(HashVocabulary<T>)) return static_cast<HashVocabulary<T>*>(pTable);
+		if (type == typeid(MapVocabulary<T>)) return static_cast<MapVocabulary<T>*>(pTable);
+		return dynamic_cast<IndexedVocabulary<T>*>(pTable);
 	}
 
 	template <class Vocabulary, class Function>
@@ -153,8 +187,11 @@ FastInfosetWriter::FastInfosetWriter(std::ostream& ostr, bool writeXMLDeclaratio
 
 void FastInfosetWriter::init()
 {
-	// Room for the usual nesting, so that a small message grows nothing.
+	// Room for the usual nesting and attribute counts, so that a small
+	// message grows nothing.
 	_states.reserve(16);
+	_prefixMarks.reserve(16);
+	_attributeValues.reserve(8);
 	_states.push_back(UNINITIALIZED);
 	std::fill(std::begin(_pIndexedTables), std::end(_pIndexedTables), nullptr);
 	std::fill(std::begin(_pIndexedNames), std::end(_pIndexedNames), nullptr);
@@ -224,9 +261,9 @@ void FastInfosetWriter::findTables()
 	// Tables of the other kinds, a vector table or one an application made,
 	// are asked through their virtual functions.
 	for (unsigned int id = DocumentVocabulary::PREFIX; id <= DocumentVocabulary::CHARACTER_CONTENT_CHUNK; ++id)
-		_pIndexedTables[id] = dynamic_cast<IndexedVocabulary<std::string>*>(_vocabulary.vocabulary(DocumentVocabulary::ID(id)));
-	_pIndexedNames[0] = dynamic_cast<IndexedVocabulary<QualifiedNameEntry>*>(&getQNameVocabulary(false));
-	_pIndexedNames[1] = dynamic_cast<IndexedVocabulary<QualifiedNameEntry>*>(&getQNameVocabulary(true));
+		_pIndexedTables[id] = indexedTable(_vocabulary.vocabulary(DocumentVocabulary::ID(id)));
+	_pIndexedNames[0] = indexedTable(&getQNameVocabulary(false));
+	_pIndexedNames[1] = indexedTable(&getQNameVocabulary(true));
 }
 
 
@@ -385,7 +422,7 @@ void FastInfosetWriter::elementName(const XMLString& namespaceURI, const XMLStri
 	}
 	else if (!localName.empty() && !qname.empty())
 	{
-		Name::split(qname, _namePrefix, _nameLocal);
+		prefixOf(qname, _namePrefix);
 		if (_namePrefix.empty()) _namePrefix = _namespaces.getPrefix(namespaceURI);
 		if (!namespaceURI.empty() && _namespaces.getURI(_namePrefix) != namespaceURI)
 			declarePrefix(_namePrefix, namespaceURI);
@@ -613,7 +650,7 @@ void FastInfosetWriter::declareAttributeNamespaces(const Attributes& attributes)
 		const XMLString& uri = attributes.getURI(i);
 		// Nothing is declared for an attribute without namespace.
 		if (uri.empty() || attributes.getLocalName(i).empty()) continue;
-		Name::split(attributes.getQName(i), _scratchPrefix, _scratchLocal);
+		prefixOf(attributes.getQName(i), _scratchPrefix);
 		if (_scratchPrefix.empty()) _scratchPrefix = _namespaces.getPrefix(uri);
 		if (_namespaces.getURI(_scratchPrefix) != uri) declarePrefix(_scratchPrefix, uri);
 	}
@@ -639,7 +676,7 @@ void FastInfosetWriter::addAttributes(AttributeVec& attributeVec, const Attribut
 		attribute.pLocalName = &attributes.getLocalName(i);
 		if (attribute.pLocalName->empty())
 		{
-			Name::split(attributes.getQName(i), _scratchPrefix, _attributeLocalNames[i]);
+			localPartOf(attributes.getQName(i), _attributeLocalNames[i]);
 			attribute.pLocalName = &_attributeLocalNames[i];
 		}
 		// An attribute in the element's own namespace keeps an empty prefix;
@@ -774,18 +811,6 @@ unsigned int FastInfosetWriter::insertQualifiedName(const QualifiedNameEntry& qn
 }
 
 
-unsigned int FastInfosetWriter::writeIdentifyingStringOrIndex(const std::string& str, DocumentVocabulary::ID id)
-{
-	bool exists;
-	const unsigned int idx = indexString(id, str, exists);
-	if (exists)
-		writeIdentifyingStringIndex(idx);
-	else
-		writeIdentifyingString(str, id);
-	return idx;
-}
-
-
 inline unsigned int FastInfosetWriter::indexString(DocumentVocabulary::ID id, std::string_view str, bool& exists)
 {
 	IndexedVocabulary<std::string>* pTable = _pIndexedTables[id];
@@ -799,6 +824,18 @@ inline unsigned int FastInfosetWriter::indexString(DocumentVocabulary::ID id, st
 	Vocabulary<std::string>& table = *_vocabulary.vocabulary(id);
 	exists = false;
 	return isFull(table) ? NOT_INDEXED : table.index(std::string(str), exists);
+}
+
+
+unsigned int FastInfosetWriter::writeIdentifyingStringOrIndex(const std::string& str, DocumentVocabulary::ID id)
+{
+	bool exists;
+	const unsigned int idx = indexString(id, str, exists);
+	if (exists)
+		writeIdentifyingStringIndex(idx);
+	else
+		writeIdentifyingString(str, id);
+	return idx;
 }
 
 
@@ -961,7 +998,7 @@ void FastInfosetWriter::writeCharacterChunk(const std::string& str)
 }
 
 
-bool FastInfosetWriter::isIndexable(std::size_t length) const
+inline bool FastInfosetWriter::isIndexable(std::size_t length) const
 {
 	// A negative limit indexes every string.
 	return _maxIndexedStringLength < 0 || length <= static_cast<std::size_t>(_maxIndexedStringLength);

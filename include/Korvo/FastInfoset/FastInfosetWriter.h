@@ -406,9 +406,7 @@ private:
 	std::vector<Korvo::XML::XMLString>  _attributeLocalNames;
 		/// Local parts of attribute names given only as qualified names.
 	Korvo::XML::XMLString               _namePrefix;
-	Korvo::XML::XMLString               _nameLocal;
 	Korvo::XML::XMLString               _scratchPrefix;
-	Korvo::XML::XMLString               _scratchLocal;
 	Korvo::XML::XMLString               _textBuffer;
 	Korvo::XML::XMLString               _scratchText;
 	Korvo::XML::AttributesImpl          _emptyAttributes;
