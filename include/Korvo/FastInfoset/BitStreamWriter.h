@@ -159,11 +159,15 @@ inline std::streambuf* BitStreamWriter::plainBuffer() const
 
 inline void BitStreamWriter::writeToStream(const char* buffer, int length)
 {
-	std::streambuf* pBuffer = length <= SHORT_WRITE ? plainBuffer() : nullptr;
-	if (pBuffer)
+	if (std::streambuf* pBuffer = plainBuffer())
 	{
+		// What ostream::write would do for such a stream, without its sentry.
 		int i = 0;
-		while (i < length && !std::streambuf::traits_type::eq_int_type(pBuffer->sputc(buffer[i]), std::streambuf::traits_type::eof())) ++i;
+		if (length <= SHORT_WRITE)
+		{
+			while (i < length && !std::streambuf::traits_type::eq_int_type(pBuffer->sputc(buffer[i]), std::streambuf::traits_type::eof())) ++i;
+		}
+		else i = static_cast<int>(pBuffer->sputn(buffer, length));
 		if (i == length) return;
 		buffer += i;
 		length -= i;
