@@ -70,9 +70,17 @@ void BitStreamWriter::appendOctets(Korvo::UInt64 value, int numOfBits)
 	const Korvo::UInt64 field = (value << (64 - numOfBits)) >> _cachedBits;
 	const Korvo::UInt64 word = (Korvo::UInt64(_cache[0]) << 56) | field;
 	const int octets = total >> 3;
-	char bytes[8];
-	for (int i = 0; i < octets; ++i) bytes[i] = static_cast<char>(word >> (56 - 8*i));
-	writeToStream(bytes, octets);
+	int i = 0;
+	if (std::streambuf* pBuffer = plainBuffer())
+	{
+		while (i < octets && !std::streambuf::traits_type::eq_int_type(pBuffer->sputc(static_cast<char>(word >> (56 - 8*i))), std::streambuf::traits_type::eof())) ++i;
+	}
+	if (i < octets)
+	{
+		char bytes[8];
+		for (int j = i; j < octets; ++j) bytes[j - i] = static_cast<char>(word >> (56 - 8*j));
+		writeToStreamSlow(bytes, octets - i);
+	}
 	_cache[0] = static_cast<unsigned char>(word >> (56 - 8*octets));
 	_cachedBits = total & 7;
 }

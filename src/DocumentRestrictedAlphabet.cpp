@@ -76,6 +76,12 @@ void DocumentRestrictedAlphabet::addDummy()
 }
 
 
+void DocumentRestrictedAlphabet::truncate(std::size_t size)
+{
+	if (size < _alphabets.size()) _alphabets.resize(size);
+}
+
+
 const RestrictedAlphabet& DocumentRestrictedAlphabet::alphabet(unsigned int vocabulary) const
 {
 	poco_assert (vocabulary > 0 && vocabulary <= _alphabets.size());

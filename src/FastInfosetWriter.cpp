@@ -22,16 +22,18 @@
 #include "Korvo/FastInfoset/DoubleEncoding.h"
 #include "Korvo/FastInfoset/UUIDEncoding.h"
 #include "Korvo/FastInfoset/DWordEncoding.h"
+#include "Korvo/FastInfoset/HashVocabulary.h"
+#include "Korvo/FastInfoset/MapVocabulary.h"
 #include "QualifiedNameCache.h"
 #include "VocabularyLimit.h"
 #include "StringPacker.h"
-#include "Poco/XML/Name.h"
 #include "Poco/NumberFormatter.h"
 #include <algorithm>
 #include <cstring>
 #include <iterator>
 #include <memory>
 #include <stdexcept>
+#include <typeinfo>
 
 
 using Korvo::XML::XMLString;
@@ -39,7 +41,6 @@ using Korvo::XML::XMLChar;
 using Korvo::XML::Attributes;
 using Korvo::XML::AttributesImpl;
 using Korvo::XML::NamespaceSupport;
-using Korvo::XML::Name;
 
 
 namespace Korvo {
@@ -81,6 +82,39 @@ namespace
 		return pVoc && !pVoc->empty();
 	}
 
+	void prefixOf(const XMLString& qname, XMLString& prefix)
+		/// What comes before the first colon, as Name::split() has it,
+		/// without building the local part.
+	{
+		const std::size_t colon = qname.find(':');
+		if (colon == XMLString::npos)
+			prefix.clear();
+		else
+			prefix.assign(qname, 0, colon);
+	}
+
+	void localPartOf(const XMLString& qname, XMLString& localName)
+	{
+		const std::size_t colon = qname.find(':');
+		if (colon == XMLString::npos)
+			localName.assign(qname);
+		else
+			localName.assign(qname, colon + 1, XMLString::npos);
+	}
+
+	template <class T>
+	IndexedVocabulary<T>* indexedTable(Vocabulary<T>* pTable)
+		/// The table as one that finds values by itself, or null. The
+		/// library's own kinds are told by their type, without a search
+		/// of the class tree.
+	{
+		if (!pTable) return nullptr;
+		const std::type_info& type = typeid(*pTable);
+		if (type == typeid(HashVocabulary<T>)) return static_cast<HashVocabulary<T>*>(pTable);
+		if (type == typeid(MapVocabulary<T>)) return static_cast<MapVocabulary<T>*>(pTable);
+		return dynamic_cast<IndexedVocabulary<T>*>(pTable);
+	}
+
 	template <class Vocabulary, class Function>
 	void forEachTable(Vocabulary& voc, Function function)
 		/// Calls function with each string table, then the element and the attribute name table.
@@ -92,25 +126,24 @@ namespace
 }
 
 
-// The external vocabulary starts without tables: it is only read once
-// setExternalVocabulary() has replaced it, and tables cost a megabyte.
+// The external vocabulary is made only when setExternalVocabulary() or
+// useExternalVocabulary() needs it.
 FastInfosetWriter::FastInfosetWriter(std::ostream& ostr):
 	_writer(ostr, false),
 	_writeXMLDeclaration(false),
 	_vocabulary(DocumentVocabulary::VOC_HASH),
 	_prefixCounter(0),
-	_externalVocabulary(DocumentVocabulary::DONT_INITIALIZE),
 	_maxIndexedStringLength(16),
 	_pIndexingPolicy(nullptr),
 	_shortestLiterals(false),
 	_documentStarted(false),
 	_pKnownNames(new QualifiedNameCache),
 	_knownNamesComplete(false),
-	_vocabularyIsExternal(false)
+	_vocabularyIsExternal(false),
+	_pendingPrefixes(0),
+	_prefixesEnded(false)
 {
-	_states.push_back(UNINITIALIZED);
-	std::fill(std::begin(_pIndexedTables), std::end(_pIndexedTables), nullptr);
-	std::fill(std::begin(_pIndexedNames), std::end(_pIndexedNames), nullptr);
+	init();
 }
 
 
@@ -119,18 +152,17 @@ FastInfosetWriter::FastInfosetWriter(std::ostream& ostr, bool writeXMLDeclaratio
 	_writeXMLDeclaration(writeXMLDeclaration),
 	_vocabulary(impl),
 	_prefixCounter(0),
-	_externalVocabulary(DocumentVocabulary::DONT_INITIALIZE),
 	_maxIndexedStringLength(16),
 	_pIndexingPolicy(nullptr),
 	_shortestLiterals(false),
 	_documentStarted(false),
 	_pKnownNames(new QualifiedNameCache),
 	_knownNamesComplete(false),
-	_vocabularyIsExternal(false)
+	_vocabularyIsExternal(false),
+	_pendingPrefixes(0),
+	_prefixesEnded(false)
 {
-	_states.push_back(UNINITIALIZED);
-	std::fill(std::begin(_pIndexedTables), std::end(_pIndexedTables), nullptr);
-	std::fill(std::begin(_pIndexedNames), std::end(_pIndexedNames), nullptr);
+	init();
 }
 
 
@@ -139,15 +171,27 @@ FastInfosetWriter::FastInfosetWriter(std::ostream& ostr, bool writeXMLDeclaratio
 	_writeXMLDeclaration(writeXMLDeclaration),
 	_vocabulary(voc),
 	_prefixCounter(0),
-	_externalVocabulary(DocumentVocabulary::DONT_INITIALIZE),
 	_maxIndexedStringLength(16),
 	_pIndexingPolicy(nullptr),
 	_shortestLiterals(false),
 	_documentStarted(false),
 	_pKnownNames(new QualifiedNameCache),
 	_knownNamesComplete(false),
-	_vocabularyIsExternal(false)
+	_vocabularyIsExternal(false),
+	_pendingPrefixes(0),
+	_prefixesEnded(false)
 {
+	init();
+}
+
+
+void FastInfosetWriter::init()
+{
+	// Room for the usual nesting and attribute counts, so that a small
+	// message grows nothing.
+	_states.reserve(16);
+	_prefixMarks.reserve(16);
+	_attributeValues.reserve(8);
 	_states.push_back(UNINITIALIZED);
 	std::fill(std::begin(_pIndexedTables), std::end(_pIndexedTables), nullptr);
 	std::fill(std::begin(_pIndexedNames), std::end(_pIndexedNames), nullptr);
@@ -217,9 +261,9 @@ void FastInfosetWriter::findTables()
 	// Tables of the other kinds, a vector table or one an application made,
 	// are asked through their virtual functions.
 	for (unsigned int id = DocumentVocabulary::PREFIX; id <= DocumentVocabulary::CHARACTER_CONTENT_CHUNK; ++id)
-		_pIndexedTables[id] = dynamic_cast<IndexedVocabulary<std::string>*>(_vocabulary.vocabulary(DocumentVocabulary::ID(id)));
-	_pIndexedNames[0] = dynamic_cast<IndexedVocabulary<QualifiedNameEntry>*>(&getQNameVocabulary(false));
-	_pIndexedNames[1] = dynamic_cast<IndexedVocabulary<QualifiedNameEntry>*>(&getQNameVocabulary(true));
+		_pIndexedTables[id] = indexedTable(_vocabulary.vocabulary(DocumentVocabulary::ID(id)));
+	_pIndexedNames[0] = indexedTable(&getQNameVocabulary(false));
+	_pIndexedNames[1] = indexedTable(&getQNameVocabulary(true));
 }
 
 
@@ -237,7 +281,7 @@ const DocumentVocabulary& FastInfosetWriter::getDocumentVocabulary() const
 
 void FastInfosetWriter::setExternalVocabulary(const XMLString& uri, const DocumentVocabulary& voc)
 {
-	if (&voc != &_externalVocabulary) _externalVocabulary = voc;
+	if (&voc != _pExternalVocabulary.get()) externalVocabulary() = voc;
 	_externalVocabularyURI = uri;
 	_vocabularyIsExternal = false;
 }
@@ -266,10 +310,20 @@ void FastInfosetWriter::keepExternalVocabulary()
 {
 	// The document vocabulary as useExternalVocabulary() gave it.
 	if (!_vocabularyIsExternal) return;
-	_externalVocabulary = _vocabulary;
+	DocumentVocabulary& external = externalVocabulary();
+	external = _vocabulary;
 	std::size_t i = 0;
-	forEachTable(_externalVocabulary, [this, &i](auto& table) { table.truncate(_externalSizes[i++]); });
+	forEachTable(external, [this, &i](auto& table) { table.truncate(_externalSizes[i++]); });
+	external.restrictedAlphabets().truncate(_externalSizes[i]);
 	_vocabularyIsExternal = false;
+}
+
+
+DocumentVocabulary& FastInfosetWriter::externalVocabulary()
+{
+	// Without tables: they are only read once a vocabulary has replaced them.
+	if (!_pExternalVocabulary) _pExternalVocabulary.reset(new DocumentVocabulary(DocumentVocabulary::DONT_INITIALIZE));
+	return *_pExternalVocabulary;
 }
 
 
@@ -305,7 +359,13 @@ void FastInfosetWriter::startDocument()
 		_pPacker->setAlphabets(_vocabulary.restrictedAlphabets());
 	}
 	_states.push_back(IN_DOCUMENT);
-	_namespaces.reset();
+	// Prefixes declared before the document do not count; a writer that
+	// declared none has nothing to forget.
+	if (!_ownPrefixes.empty())
+	{
+		_namespaces.reset();
+		_ownPrefixes.clear();
+	}
 	_namespaces.pushContext();
 }
 
@@ -337,6 +397,9 @@ void FastInfosetWriter::startElement(const XMLString& namespaceURI, const XMLStr
 	// point into the current one.
 	_namespaces.pushContext();
 	_states.push_back(IN_ELEMENT);
+	forgetEndedPrefixes();
+	_prefixMarks.push_back(_pendingPrefixes);
+	_pendingPrefixes = _ownPrefixes.size();
 }
 
 
@@ -360,7 +423,7 @@ void FastInfosetWriter::elementName(const XMLString& namespaceURI, const XMLStri
 	}
 	else if (!localName.empty() && !qname.empty())
 	{
-		Name::split(qname, _namePrefix, _nameLocal);
+		prefixOf(qname, _namePrefix);
 		if (_namePrefix.empty()) _namePrefix = _namespaces.getPrefix(namespaceURI);
 		if (!namespaceURI.empty() && _namespaces.getURI(_namePrefix) != namespaceURI)
 			declarePrefix(_namePrefix, namespaceURI);
@@ -377,6 +440,7 @@ void FastInfosetWriter::endElement(const XMLString&, const XMLString&, const XML
 	writeTerminator();
 	_states.pop_back();
 	_namespaces.popContext();
+	dropOwnPrefixes();
 }
 
 
@@ -481,7 +545,11 @@ void FastInfosetWriter::writeTerminator()
 
 void FastInfosetWriter::startPrefixMapping(const XMLString& prefix, const XMLString& uri)
 {
-	if (prefix != NamespaceSupport::XML_NAMESPACE_PREFIX) declarePrefix(prefix, uri);
+	if (prefix == NamespaceSupport::XML_NAMESPACE_PREFIX) return;
+	forgetEndedPrefixes();
+	declarePrefix(prefix, uri);
+	// It belongs to the element that starts next.
+	_ownPrefixes.push_back(prefix);
 }
 
 
@@ -498,7 +566,51 @@ void FastInfosetWriter::declarePrefix(const XMLString& prefix, const XMLString& 
 
 void FastInfosetWriter::endPrefixMapping(const XMLString& prefix)
 {
-	if (prefix != NamespaceSupport::XML_NAMESPACE_PREFIX) _namespaces.undeclarePrefix(prefix);
+	if (prefix == NamespaceSupport::XML_NAMESPACE_PREFIX) return;
+	if (_prefixesEnded)
+	{
+		// Right after an element: its own declarations are gone already, and
+		// undeclaring again would remove an outer declaration of the prefix.
+		auto it = std::find(_ownPrefixes.begin() + _pendingPrefixes, _ownPrefixes.end(), prefix);
+		if (it != _ownPrefixes.end()) _ownPrefixes.erase(it);
+		return;
+	}
+	const std::size_t first = _prefixMarks.empty() ? 0 : _prefixMarks.back();
+	auto it = std::find(_ownPrefixes.begin() + first, _ownPrefixes.end(), prefix);
+	if (it != _ownPrefixes.end())
+	{
+		if (static_cast<std::size_t>(it - _ownPrefixes.begin()) < _pendingPrefixes) --_pendingPrefixes;
+		_ownPrefixes.erase(it);
+	}
+	_namespaces.undeclarePrefix(prefix);
+}
+
+
+void FastInfosetWriter::dropOwnPrefixes()
+{
+	// The declarations that came before an element's start end with it,
+	// whether or not endPrefixMapping() follows (a producer may send it for
+	// another element). Those made while it was open left with its context.
+	forgetEndedPrefixes();
+	const std::size_t first = _prefixMarks.back();
+	_prefixMarks.pop_back();
+	_prefixesEnded = true;
+	if (first == _ownPrefixes.size()) return;
+	_ownPrefixes.resize(_pendingPrefixes);
+	for (std::size_t i = first; i < _pendingPrefixes; ++i)
+	{
+		if (std::find(_ownPrefixes.begin() + first, _ownPrefixes.begin() + i, _ownPrefixes[i]) == _ownPrefixes.begin() + i)
+			_namespaces.undeclarePrefix(_ownPrefixes[i]);
+	}
+	_pendingPrefixes = first;
+}
+
+
+inline void FastInfosetWriter::forgetEndedPrefixes()
+{
+	if (!_prefixesEnded) return;
+	if (_ownPrefixes.size() != _pendingPrefixes) _ownPrefixes.resize(_pendingPrefixes);
+	_prefixesEnded = false;
 }
 
 
@@ -539,7 +651,7 @@ void FastInfosetWriter::declareAttributeNamespaces(const Attributes& attributes)
 		const XMLString& uri = attributes.getURI(i);
 		// Nothing is declared for an attribute without namespace.
 		if (uri.empty() || attributes.getLocalName(i).empty()) continue;
-		Name::split(attributes.getQName(i), _scratchPrefix, _scratchLocal);
+		prefixOf(attributes.getQName(i), _scratchPrefix);
 		if (_scratchPrefix.empty()) _scratchPrefix = _namespaces.getPrefix(uri);
 		if (_namespaces.getURI(_scratchPrefix) != uri) declarePrefix(_scratchPrefix, uri);
 	}
@@ -565,7 +677,7 @@ void FastInfosetWriter::addAttributes(AttributeVec& attributeVec, const Attribut
 		attribute.pLocalName = &attributes.getLocalName(i);
 		if (attribute.pLocalName->empty())
 		{
-			Name::split(attributes.getQName(i), _scratchPrefix, _attributeLocalNames[i]);
+			localPartOf(attributes.getQName(i), _attributeLocalNames[i]);
 			attribute.pLocalName = &_attributeLocalNames[i];
 		}
 		// An attribute in the element's own namespace keeps an empty prefix;
@@ -633,12 +745,13 @@ unsigned int FastInfosetWriter::writeQualifiedNameOrIndex(const XMLString& prefi
 
 	// Names repeat: one look-up of the whole name replaces four table
 	// look-ups once a name has been seen.
-	unsigned int idx = _pKnownNames->find(prefix, ns, localName, inElement);
+	const Korvo::UInt32 hash = QualifiedNameCache::hashOf(prefix, ns, localName, inElement);
+	unsigned int idx = _pKnownNames->find(hash, prefix, ns, localName, inElement);
 	unsigned int foundIdx = 0;
 	if (!idx && !_knownNamesComplete && findQualifiedName(prefix, ns, localName, inElement, foundIdx))
 	{
 		idx = foundIdx;
-		_pKnownNames->add(prefix, ns, localName, inElement, getQNameVocabulary(inElement).value(idx), idx);
+		_pKnownNames->add(hash, prefix, ns, localName, inElement, getQNameVocabulary(inElement).value(idx), idx);
 	}
 
 	if (idx)
@@ -650,7 +763,7 @@ unsigned int FastInfosetWriter::writeQualifiedNameOrIndex(const XMLString& prefi
 		writeTerminator();
 		if (startPos == 1) _writer.write(false);
 		idx = writeQualifiedName(prefix, ns, localName, inElement);
-		if (idx) _pKnownNames->add(prefix, ns, localName, inElement, getQNameVocabulary(inElement).value(idx), idx);
+		if (idx) _pKnownNames->add(hash, prefix, ns, localName, inElement, getQNameVocabulary(inElement).value(idx), idx);
 	}
 	poco_assert (_writer.bitPos() == 0);
 	return idx;
@@ -699,18 +812,6 @@ unsigned int FastInfosetWriter::insertQualifiedName(const QualifiedNameEntry& qn
 }
 
 
-unsigned int FastInfosetWriter::writeIdentifyingStringOrIndex(const std::string& str, DocumentVocabulary::ID id)
-{
-	bool exists;
-	const unsigned int idx = indexString(id, str, exists);
-	if (exists)
-		writeIdentifyingStringIndex(idx);
-	else
-		writeIdentifyingString(str, id);
-	return idx;
-}
-
-
 inline unsigned int FastInfosetWriter::indexString(DocumentVocabulary::ID id, std::string_view str, bool& exists)
 {
 	IndexedVocabulary<std::string>* pTable = _pIndexedTables[id];
@@ -724,6 +825,18 @@ inline unsigned int FastInfosetWriter::indexString(DocumentVocabulary::ID id, st
 	Vocabulary<std::string>& table = *_vocabulary.vocabulary(id);
 	exists = false;
 	return isFull(table) ? NOT_INDEXED : table.index(std::string(str), exists);
+}
+
+
+unsigned int FastInfosetWriter::writeIdentifyingStringOrIndex(const std::string& str, DocumentVocabulary::ID id)
+{
+	bool exists;
+	const unsigned int idx = indexString(id, str, exists);
+	if (exists)
+		writeIdentifyingStringIndex(idx);
+	else
+		writeIdentifyingString(str, id);
+	return idx;
 }
 
 
@@ -886,7 +999,7 @@ void FastInfosetWriter::writeCharacterChunk(const std::string& str)
 }
 
 
-bool FastInfosetWriter::isIndexable(std::size_t length) const
+inline bool FastInfosetWriter::isIndexable(std::size_t length) const
 {
 	// A negative limit indexes every string.
 	return _maxIndexedStringLength < 0 || length <= static_cast<std::size_t>(_maxIndexedStringLength);
@@ -1004,7 +1117,8 @@ void FastInfosetWriter::writeEncodedCharacterString(const std::string& str, unsi
 	{
 		_writer.write(ALGORITHM_STRING, 2);
 		Encoder::integer(_writer, enc);
-		_encodingAlgorithm.encode(enc, _writer, str);
+		static const EncodingAlgorithm ALGORITHMS;
+		ALGORITHMS.encode(enc, _writer, str);
 	}
 	else if (!_pPacker || !_pPacker->write(_writer, str))
 	{
@@ -1230,7 +1344,7 @@ void FastInfosetWriter::writeHeader()
 	if (hasExternalVocabulary && !hasOnlyExternalEntries())
 	{
 		keepExternalVocabulary();
-		pDifference.reset(new DocumentVocabulary(_vocabulary - _externalVocabulary));
+		pDifference.reset(new DocumentVocabulary(_vocabulary - externalVocabulary()));
 	}
 	else if (!hasExternalVocabulary && !hasOnlyPredefinedEntries())
 		pDifference.reset(new DocumentVocabulary(_vocabulary - DocumentVocabulary(DocumentVocabulary::VOC_MAP)));

@@ -45,18 +45,17 @@ void QualifiedNameCache::reset(const DocumentVocabulary& vocabulary)
 }
 
 
-unsigned int QualifiedNameCache::find(const std::string& prefix, const std::string& ns, const std::string& localName, bool inElement) const
+unsigned int QualifiedNameCache::find(Korvo::UInt32 hash, const std::string& prefix, const std::string& ns, const std::string& localName, bool inElement) const
 {
 	if (_slots.empty()) return 0;
-	const unsigned int slot = _slots[slotOf(hashOf(prefix, ns, localName, inElement), prefix, ns, localName, inElement)];
+	const unsigned int slot = _slots[slotOf(hash, prefix, ns, localName, inElement)];
 	return slot ? _entries[slot - 1].index : 0;
 }
 
 
-void QualifiedNameCache::add(const std::string& prefix, const std::string& ns, const std::string& localName, bool inElement, const QualifiedNameEntry& name, unsigned int index)
+void QualifiedNameCache::add(Korvo::UInt32 hash, const std::string& prefix, const std::string& ns, const std::string& localName, bool inElement, const QualifiedNameEntry& name, unsigned int index)
 {
 	if (2*(_entries.size() + 1) > _slots.size()) grow();
-	const Korvo::UInt32 hash = hashOf(prefix, ns, localName, inElement);
 	const std::size_t slot = slotOf(hash, prefix, ns, localName, inElement);
 	if (_slots[slot]) return;
 	_entries.push_back(Entry{hash, index, string(_pPrefixes, name.prefixId()), string(_pNamespaces, name.namespaceId()), string(_pLocalNames, name.localNameId()), inElement});
@@ -105,6 +104,7 @@ std::size_t QualifiedNameCache::slotOf(Korvo::UInt32 hash, const std::string& pr
 void QualifiedNameCache::grow()
 {
 	std::vector<unsigned int> slots(_slots.empty() ? INITIAL_SLOTS : 2*_slots.size(), 0u);
+	_entries.reserve(slots.size()/2);
 	const std::size_t mask = slots.size() - 1;
 	for (std::size_t e = 0; e < _entries.size(); ++e)
 	{

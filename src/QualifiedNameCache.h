@@ -42,10 +42,13 @@ public:
 		/// Forgets every name; names are then taken from the string tables of
 		/// vocabulary, which must keep their values until the next reset.
 
-	unsigned int find(const std::string& prefix, const std::string& ns, const std::string& localName, bool inElement) const;
+	static Korvo::UInt32 hashOf(const std::string& prefix, const std::string& ns, const std::string& localName, bool inElement);
+		/// The hash that find() and add() take, computed once for both.
+
+	unsigned int find(Korvo::UInt32 hash, const std::string& prefix, const std::string& ns, const std::string& localName, bool inElement) const;
 		/// The index of the name, or 0 when it is not known (no name has index 0).
 
-	void add(const std::string& prefix, const std::string& ns, const std::string& localName, bool inElement, const QualifiedNameEntry& name, unsigned int index);
+	void add(Korvo::UInt32 hash, const std::string& prefix, const std::string& ns, const std::string& localName, bool inElement, const QualifiedNameEntry& name, unsigned int index);
 		/// Remembers that the name, whose table entry is name, has index.
 
 private:
@@ -59,7 +62,6 @@ private:
 		bool               inElement;
 	};
 
-	static Korvo::UInt32 hashOf(const std::string& prefix, const std::string& ns, const std::string& localName, bool inElement);
 	std::size_t slotOf(Korvo::UInt32 hash, const std::string& prefix, const std::string& ns, const std::string& localName, bool inElement) const;
 		/// The slot that holds the name, or the empty slot where it would go.
 	static const std::string* string(const Vocabulary<std::string>* pTable, unsigned int id);

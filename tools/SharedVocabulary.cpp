@@ -155,16 +155,17 @@ bool SharedVocabulary::holds(DocumentVocabulary::ID table, const std::string& va
 void SharedVocabulary::useIn(FastInfosetWriter& writer) const
 {
 	if (!_notWritable.empty()) throw VocabularyException(_notWritable);
-	writer.setDocumentVocabulary(_writing);
-	writer.setExternalVocabulary(_uri, _writing);
+	writer.useExternalVocabulary(_uri, _writing);
 }
 
 
 std::unique_ptr<FastInfosetParser> SharedVocabulary::newParser() const
 {
-	// A parser keeps what a document adds to the vocabulary it was given,
-	// so each document gets a parser of its own.
-	return std::unique_ptr<FastInfosetParser>(new FastInfosetParser(_reading));
+	// The parser starts every document that names the URI from the
+	// vocabulary's content, so one parser could serve many documents.
+	std::unique_ptr<FastInfosetParser> pParser(new FastInfosetParser);
+	pParser->addExternalVocabulary(_uri, _reading);
+	return pParser;
 }
 
 

@@ -97,6 +97,7 @@ private:
 		/// appendBits() when the bits complete at least one octet.
 	void writeOctets(const char* str, std::size_t numBytes);
 	void writeUnalignedOctets(const char* str, std::size_t numBytes);
+	std::streambuf* plainBuffer() const;
 	void writeToStream(const char* buffer, int length);
 	void writeToStreamSlow(const char* buffer, int length);
 	static bool checkInputParams(int size, int& numOfBits);
@@ -146,15 +147,27 @@ inline bool BitStreamWriter::checkInputParams(int size, int& numOfBits)
 }
 
 
+inline std::streambuf* BitStreamWriter::plainBuffer() const
+{
+	// A stream that is good, tied to nothing and not unit-buffered can take
+	// octets straight into its buffer; ostream::write would build a sentry
+	// and make a virtual call for each of them.
+	std::streambuf* pBuffer = _pStream->rdbuf();
+	return pBuffer && _pStream->rdstate() == std::ios_base::goodbit && !_pStream->tie() && !(_pStream->flags() & std::ios_base::unitbuf) ? pBuffer : nullptr;
+}
+
+
 inline void BitStreamWriter::writeToStream(const char* buffer, int length)
 {
-	// A few octets go straight into the stream's buffer; ostream::write
-	// would build a sentry and make a virtual call for each of them.
-	std::streambuf* pBuffer = _pStream->rdbuf();
-	if (length <= SHORT_WRITE && pBuffer && _pStream->rdstate() == std::ios_base::goodbit && !_pStream->tie() && !(_pStream->flags() & std::ios_base::unitbuf))
+	if (std::streambuf* pBuffer = plainBuffer())
 	{
+		// What ostream::write would do for such a stream, without its sentry.
 		int i = 0;
-		while (i < length && !std::streambuf::traits_type::eq_int_type(pBuffer->sputc(buffer[i]), std::streambuf::traits_type::eof())) ++i;
+		if (length <= SHORT_WRITE)
+		{
+			while (i < length && !std::streambuf::traits_type::eq_int_type(pBuffer->sputc(buffer[i]), std::streambuf::traits_type::eof())) ++i;
+		}
+		else i = static_cast<int>(pBuffer->sputn(buffer, length));
 		if (i == length) return;
 		buffer += i;
 		length -= i;

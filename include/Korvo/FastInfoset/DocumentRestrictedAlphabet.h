@@ -51,6 +51,9 @@ public:
 	void addDummy();
 		/// Appends an empty placeholder alphabet.
 
+	void truncate(std::size_t size);
+		/// Keeps the first size alphabets.
+
 	const RestrictedAlphabet& alphabet(unsigned int vocabulary) const;
 		/// Returns alphabet number vocabulary (1-based).
 

@@ -343,11 +343,15 @@ private:
 	void elementName(const Korvo::XML::XMLString& namespaceURI, const Korvo::XML::XMLString& localName, const Korvo::XML::XMLString& qname, const Korvo::XML::XMLString*& pPrefix, const Korvo::XML::XMLString*& pLocalName);
 		/// The prefix and local name an element is written with, declaring
 		/// its prefix when needed.
+	void init();
+	DocumentVocabulary& externalVocabulary();
 	void requireState(State state, const char* message) const;
 	void requireDocument(const char* message) const;
 	void requireOutsideDTD(const char* message) const;
 	void requireElementContent() const;
 	void declarePrefix(const Korvo::XML::XMLString& prefix, const Korvo::XML::XMLString& uri);
+	void dropOwnPrefixes();
+	void forgetEndedPrefixes();
 	void padToOctet();
 	void writeTerminator();
 	bool isIndexable(std::size_t length) const;
@@ -387,9 +391,8 @@ private:
 	std::vector<UnparsedEntity>         _unparsedEntities;
 	std::vector<Korvo::XML::XMLString>  _dtdComments;
 		/// Comments of the document type declaration, written after it.
-	DocumentVocabulary                  _externalVocabulary;
+	std::unique_ptr<DocumentVocabulary> _pExternalVocabulary;
 	std::string                         _externalVocabularyURI;
-	EncodingAlgorithm                   _encodingAlgorithm;
 	int                                 _maxIndexedStringLength;
 	StringIndexingPolicy*               _pIndexingPolicy;
 	bool                                _shortestLiterals;
@@ -403,9 +406,7 @@ private:
 	std::vector<Korvo::XML::XMLString>  _attributeLocalNames;
 		/// Local parts of attribute names given only as qualified names.
 	Korvo::XML::XMLString               _namePrefix;
-	Korvo::XML::XMLString               _nameLocal;
 	Korvo::XML::XMLString               _scratchPrefix;
-	Korvo::XML::XMLString               _scratchLocal;
 	Korvo::XML::XMLString               _textBuffer;
 	Korvo::XML::XMLString               _scratchText;
 	Korvo::XML::AttributesImpl          _emptyAttributes;
@@ -422,6 +423,14 @@ private:
 		/// True when _pKnownNames holds every name of the name tables.
 	IndexedVocabulary<std::string>*     _pIndexedTables[DocumentVocabulary::CHARACTER_CONTENT_CHUNK + 1];
 	IndexedVocabulary<QualifiedNameEntry>* _pIndexedNames[2];
+
+	// The prefixes declared through startPrefixMapping(): those of each open
+	// element from its mark on, then those of the element to come (from
+	// _pendingPrefixes on), or just after an end those of the ended element.
+	std::vector<Korvo::XML::XMLString>  _ownPrefixes;
+	std::vector<std::size_t>            _prefixMarks;
+	std::size_t                         _pendingPrefixes;
+	bool                                _prefixesEnded;
 		/// The tables that find values without a virtual call (by ID, and
 		/// attribute then element names), or null.
 };

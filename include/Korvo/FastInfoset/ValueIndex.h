@@ -237,13 +237,25 @@ private:
 		result._index = NOT_FOUND;
 		for (unsigned int i = 0; i < values.size(); ++i)
 		{
-			if (*values.get(i) == value)
+			if (same(*values.get(i), value))
 			{
 				result._index = i;
 				break;
 			}
 		}
 		return result;
+	}
+
+	template <class K>
+	static bool same(const T& entry, const K& value)
+	{
+		return entry == value;
+	}
+
+	static bool same(const std::string& entry, std::string_view value)
+	{
+		// Most names differ in length or first octet: no call for those.
+		return entry.size() == value.size() && (value.empty() || (entry[0] == value[0] && std::memcmp(entry.data(), value.data(), value.size()) == 0));
 	}
 
 	static unsigned char tagOf(Korvo::UInt32 hash)
