@@ -390,17 +390,4 @@ TEST(NumericEncodingTest, TypedHandlersGetOneCallPerValuePlainOnesText)
 }
 
 
-TEST(NumericEncodingTest, MethodAccessorsNameTheClassFunctions)
-{
-	const IntEncoding ints(1);
-	EXPECT_EQ(4, ints.checkMethod()("1"));
-	EXPECT_EQ(INT.decode, ints.decodeMethod());
-	EXPECT_EQ(INT.encode, ints.encodeMethod());
-	EXPECT_EQ(LONG.check, LongEncoding(1LL).checkMethod());
-	EXPECT_EQ(SHORT.decode, ShortEncoding(short(1)).decodeMethod());
-	EXPECT_EQ(FLOAT.encode, FloatEncoding(1.5f).encodeMethod());
-	EXPECT_EQ(DOUBLE.check, DoubleEncoding(1.5).checkMethod());
-}
-
-
 } // namespace
