@@ -36,11 +36,6 @@ namespace
 		return "{" + uri + "}" + local + (withQName ? " as " + qname : std::string());
 	}
 
-	bool isWhitespace(const std::string& text)
-	{
-		return text.find_first_not_of(" \t\r\n") == std::string::npos;
-	}
-
 	std::string orNull(const XMLString* pString)
 	{
 		return pString ? *pString : std::string("<null>");
@@ -63,6 +58,7 @@ DocumentEvents::DocumentEvents():
 
 DocumentEvents::DocumentEvents(const Options& options):
 	_options(options),
+	_segmentStart(0),
 	_inDTD(false)
 {
 }
@@ -72,6 +68,7 @@ void DocumentEvents::clear()
 {
 	_lines.clear();
 	_text.clear();
+	_segmentStart = 0;
 	_declarations.clear();
 	_dtdDeclarations.clear();
 	_dtdComments.clear();
@@ -115,9 +112,18 @@ std::string DocumentEvents::firstDifference(const DocumentEvents& expected, cons
 
 void DocumentEvents::flushText()
 {
-	if (_text.empty()) return;
-	if (!(_options.dropWhitespaceText && isWhitespace(_text))) _lines.push_back("text " + _text);
+	endTextSegment();
+	if (!_text.empty()) _lines.push_back("text " + _text);
 	_text.clear();
+	_segmentStart = 0;
+}
+
+
+void DocumentEvents::endTextSegment()
+{
+	if (_options.dropWhitespaceText && _text.find_first_not_of(" \t\r\n", _segmentStart) == std::string::npos)
+		_text.resize(_segmentStart);
+	_segmentStart = _text.size();
 }
 
 
@@ -238,11 +244,13 @@ void DocumentEvents::endEntity(const XMLString&)
 
 void DocumentEvents::startCDATA()
 {
+	endTextSegment();
 }
 
 
 void DocumentEvents::endCDATA()
 {
+	endTextSegment();
 }
 
 

@@ -120,11 +120,16 @@ public:
 
 private:
 	void flushText();
+	void endTextSegment();
+		/// Drops the text since the last markup or CDATA section boundary
+		/// when it is whitespace only and whitespace text is left out: the
+		/// converter's whitespace filter judges text in those pieces.
 	void record(const std::string& line);
 
 	Options _options;
 	std::vector<std::string> _lines;
 	std::string _text;
+	std::size_t _segmentStart;
 	std::vector<std::pair<std::string, std::string>> _declarations;
 	std::vector<std::string> _attributes;
 	std::vector<std::string> _dtdDeclarations;
