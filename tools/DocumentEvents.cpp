@@ -14,6 +14,7 @@
 #include "DocumentEvents.h"
 #include "Korvo/FastInfoset/FastInfosetParser.h"
 #include "Poco/SAX/SAXParser.h"
+#include "Poco/SAX/WhitespaceFilter.h"
 #include "Poco/SAX/InputSource.h"
 #include "XMLInput.h"
 #include <algorithm>
@@ -34,6 +35,11 @@ namespace
 	{
 		const XMLString& local = localName.empty() ? qname : localName;
 		return "{" + uri + "}" + local + (withQName ? " as " + qname : std::string());
+	}
+
+	bool isWhitespace(const std::string& text)
+	{
+		return text.find_first_not_of(" \t\r\n") == std::string::npos;
 	}
 
 	std::string orNull(const XMLString* pString)
@@ -58,7 +64,6 @@ DocumentEvents::DocumentEvents():
 
 DocumentEvents::DocumentEvents(const Options& options):
 	_options(options),
-	_segmentStart(0),
 	_inDTD(false)
 {
 }
@@ -68,7 +73,6 @@ void DocumentEvents::clear()
 {
 	_lines.clear();
 	_text.clear();
-	_segmentStart = 0;
 	_declarations.clear();
 	_dtdDeclarations.clear();
 	_dtdComments.clear();
@@ -81,9 +85,18 @@ void DocumentEvents::readXML(std::istream& input)
 	Korvo::XML::SAXParser parser;
 	parser.setFeature(Korvo::XML::XMLReader::FEATURE_NAMESPACES, true);
 	parser.setFeature(Korvo::XML::XMLReader::FEATURE_NAMESPACE_PREFIXES, true);
-	listenTo(parser, *this);
 	XMLInput xmlInput(input, parser);
-	xmlInput.parse(parser);
+	if (_options.whitespaceFilter)
+	{
+		Korvo::XML::WhitespaceFilter filter(&parser);
+		listenTo(filter, *this);
+		xmlInput.parse(filter);
+	}
+	else
+	{
+		listenTo(parser, *this);
+		xmlInput.parse(parser);
+	}
 }
 
 
@@ -112,18 +125,9 @@ std::string DocumentEvents::firstDifference(const DocumentEvents& expected, cons
 
 void DocumentEvents::flushText()
 {
-	endTextSegment();
-	if (!_text.empty()) _lines.push_back("text " + _text);
+	if (_text.empty()) return;
+	if (!(_options.dropWhitespaceText && isWhitespace(_text))) _lines.push_back("text " + _text);
 	_text.clear();
-	_segmentStart = 0;
-}
-
-
-void DocumentEvents::endTextSegment()
-{
-	if (_options.dropWhitespaceText && _text.find_first_not_of(" \t\r\n", _segmentStart) == std::string::npos)
-		_text.resize(_segmentStart);
-	_segmentStart = _text.size();
 }
 
 
@@ -244,13 +248,11 @@ void DocumentEvents::endEntity(const XMLString&)
 
 void DocumentEvents::startCDATA()
 {
-	endTextSegment();
 }
 
 
 void DocumentEvents::endCDATA()
 {
-	endTextSegment();
 }
 
 

@@ -57,6 +57,7 @@ public:
 	{
 		Options():
 			dropWhitespaceText(false),
+			whitespaceFilter(false),
 			recordDoctype(true),
 			recordDoctypeName(true),
 			recordPrefixes(false)
@@ -65,6 +66,11 @@ public:
 
 		bool dropWhitespaceText;
 			/// Leave out text that is whitespace only.
+		bool whitespaceFilter;
+			/// Read XML through the platform's whitespace filter, as the
+			/// converter does with CONV_REMOVE_IGNORABLE_WHITESPACE: it drops
+			/// the whitespace-only pieces of text between markup, and keeps
+			/// those inside CDATA sections.
 		bool recordDoctype;
 			/// Record the document type declaration at all.
 		bool recordDoctypeName;
@@ -120,16 +126,11 @@ public:
 
 private:
 	void flushText();
-	void endTextSegment();
-		/// Drops the text since the last markup or CDATA section boundary
-		/// when it is whitespace only and whitespace text is left out: the
-		/// converter's whitespace filter judges text in those pieces.
 	void record(const std::string& line);
 
 	Options _options;
 	std::vector<std::string> _lines;
 	std::string _text;
-	std::size_t _segmentStart;
 	std::vector<std::pair<std::string, std::string>> _declarations;
 	std::vector<std::string> _attributes;
 	std::vector<std::string> _dtdDeclarations;
