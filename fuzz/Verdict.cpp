@@ -201,8 +201,9 @@ std::size_t memoryLimit(std::size_t inputSize)
 	// 0.9 MB for VOC_HASH, twice that when a document handler copies them).
 	// The multiple is what a namespace declaration or an attribute costs, a
 	// whole attribute record of about 250 octets for as little as one octet
-	// of input: 64 KB of them take up to 17 MB.
-	return 4*1024*1024 + 320*inputSize;
+	// of input, and up to about 450 while the list grows and holds its old
+	// and its new storage at once: 64 KB of them take up to 30 MB.
+	return 4*1024*1024 + 512*inputSize;
 }
 
 
