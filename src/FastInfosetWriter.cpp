@@ -129,21 +129,8 @@ namespace
 // The external vocabulary is made only when setExternalVocabulary() or
 // useExternalVocabulary() needs it.
 FastInfosetWriter::FastInfosetWriter(std::ostream& ostr):
-	_writer(ostr, false),
-	_writeXMLDeclaration(false),
-	_vocabulary(DocumentVocabulary::VOC_HASH),
-	_prefixCounter(0),
-	_maxIndexedStringLength(16),
-	_pIndexingPolicy(nullptr),
-	_shortestLiterals(false),
-	_documentStarted(false),
-	_pKnownNames(new QualifiedNameCache),
-	_knownNamesComplete(false),
-	_vocabularyIsExternal(false),
-	_pendingPrefixes(0),
-	_prefixesEnded(false)
+	FastInfosetWriter(ostr, false, DocumentVocabulary::VOC_HASH)
 {
-	init();
 }
 
 
