@@ -49,6 +49,11 @@ public:
 	static void nonEmptyStringLength(BitStreamWriter& aWriter, unsigned int strLen);
 		/// Writes the length of a non-empty octet string at position 1, 4 or 6.
 
+	static int stringLengthBits(unsigned int strLen, int prefixBits, Korvo::UInt64& bits);
+		/// The length form of a non-empty octet string whose length starts
+		/// with prefixBits (7, 4 or 2) bits: its bits, low in bits, and their
+		/// number, which the function returns.
+
 	static void nonEmptyOctetString(BitStreamWriter& aWriter, const std::string& str);
 		/// Writes the length of str and its octets.
 
