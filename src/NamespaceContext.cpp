@@ -12,8 +12,8 @@
 
 
 #include "NamespaceContext.h"
+#include "Korvo/FastInfoset/ValueIndex.h"
 #include <algorithm>
-#include <cstring>
 
 
 using Korvo::XML::NamespaceSupport;
@@ -62,7 +62,7 @@ void NamespaceContext::popContext()
 
 inline bool NamespaceContext::equal(const std::string& left, const std::string& right)
 {
-	return left.size() == right.size() && (left.empty() || std::memcmp(left.data(), right.data(), left.size()) == 0);
+	return left.size() == right.size() && ValueHash<std::string>::sameOctets(left.data(), right.data(), left.size());
 }
 
 

@@ -12,8 +12,8 @@
 
 
 #include "QualifiedNameCache.h"
+#include "Korvo/FastInfoset/ValueIndex.h"
 #include <algorithm>
-#include <cstring>
 
 
 namespace Korvo {
@@ -96,7 +96,7 @@ const std::string* QualifiedNameCache::string(const Vocabulary<std::string>* pTa
 
 inline bool QualifiedNameCache::equal(const std::string& left, const std::string& right)
 {
-	return left.size() == right.size() && (left.empty() || std::memcmp(left.data(), right.data(), left.size()) == 0);
+	return left.size() == right.size() && ValueHash<std::string>::sameOctets(left.data(), right.data(), left.size());
 }
 
 

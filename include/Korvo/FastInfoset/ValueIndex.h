@@ -78,6 +78,20 @@ struct ValueHash<std::string>
 		return mix(a ^ K1 ^ n, b ^ h ^ K2);
 	}
 
+	static bool sameOctets(const char* p, const char* q, std::size_t n)
+		/// True when the n octets at p and at q are the same: names and
+		/// short values are compared in words, without a call.
+	{
+		if (n > 16) return std::memcmp(p, q, n) == 0;
+		if (n >= 8) return word8(p) == word8(q) && word8(p + n - 8) == word8(q + n - 8);
+		if (n >= 4) return word4(p) == word4(q) && word4(p + n - 4) == word4(q + n - 4);
+		for (std::size_t i = 0; i < n; ++i)
+		{
+			if (p[i] != q[i]) return false;
+		}
+		return true;
+	}
+
 	static Korvo::UInt64 mix(Korvo::UInt64 a, Korvo::UInt64 b)
 		/// Both halves of the 128-bit product, folded: every bit of a and b
 		/// reaches the middle bits.
@@ -248,7 +262,7 @@ private:
 
 	static bool same(const std::string& entry, std::string_view value)
 	{
-		return entry.size() == value.size() && (value.empty() || std::memcmp(entry.data(), value.data(), value.size()) == 0);
+		return entry.size() == value.size() && ValueHash<std::string>::sameOctets(entry.data(), value.data(), value.size());
 	}
 
 	template <class K>
