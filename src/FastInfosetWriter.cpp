@@ -905,6 +905,16 @@ void FastInfosetWriter::writeIdentifyingString(const std::string& str, DocumentV
 		Encoder::nonEmptyOctetString(_writer, str);
 		return;
 	}
+	if (str.size() <= SHORT_LITERAL)
+	{
+		// The '0' bit and the length make one octet: it goes out with the
+		// octets in one write.
+		char octets[SHORT_LITERAL + 1];
+		octets[0] = static_cast<char>(str.size() - 1);
+		std::memcpy(octets + 1, str.data(), str.size());
+		_writer.write(octets, static_cast<unsigned int>(str.size() + 1));
+		return;
+	}
 	// The '0' bit and the length in one field, then the octets.
 	Korvo::UInt64 length;
 	const int lengthBits = Encoder::stringLengthBits(static_cast<unsigned int>(str.size()), 7, length);
@@ -1081,7 +1091,9 @@ inline bool FastInfosetWriter::isIndexed(const std::string& str, DocumentVocabul
 
 unsigned int FastInfosetWriter::writeNonIdentifyingStringOrIndex(const std::string& str, DocumentVocabulary::ID voc)
 {
-	if (!str.empty() && !_pIndexingPolicy && !_pPacker && _states.back() != IN_CDATA) return writeValueOrIndex(str, voc);
+	// Plain UTF-8 text indexed by length takes the direct path; the rest,
+	// and strings the encoder refuses, the general one.
+	if (!str.empty() && str.size() <= 0xFFFFFFFFu && !_pIndexingPolicy && !_pPacker && _states.back() != IN_CDATA) return writeValueOrIndex(str, voc);
 	const int pos = _writer.bitPos();
 	if (pos != 0 && pos != 2) throw FISEncodingException("Illegal startposition for a NonIdentifyingStringOrIndex value");
 	bool indexed = isIndexed(str, voc);
@@ -1111,7 +1123,7 @@ unsigned int FastInfosetWriter::writeValueOrIndex(std::string_view str, Document
 {
 	// Plain UTF-8 text indexed by length, the usual case, needs no string of
 	// its own; the rest takes the general path.
-	if (_pIndexingPolicy || _pPacker || _states.back() == IN_CDATA)
+	if (_pIndexingPolicy || _pPacker || _states.back() == IN_CDATA || str.size() > 0xFFFFFFFFu)
 	{
 		_scratchText.assign(str.data(), str.size());
 		return writeNonIdentifyingStringOrIndex(_scratchText, voc);
@@ -1137,7 +1149,11 @@ unsigned int FastInfosetWriter::writeValueOrIndex(std::string_view str, Document
 	Korvo::UInt64 length;
 	const int lengthBits = Encoder::stringLengthBits(static_cast<unsigned int>(str.size()), 4 - pos, length);
 	const Korvo::UInt64 head = (indexed ? 4u : 0u) | UTF8_STRING;
-	_writer.write(static_cast<long long>((head << lengthBits) | length), 3 + lengthBits);
+	const Korvo::UInt64 field = (head << lengthBits) | length;
+	if (lengthBits <= 29)
+		_writer.write(static_cast<unsigned int>(field), 3 + lengthBits);
+	else
+		_writer.write(static_cast<long long>(field), 3 + lengthBits);
 	_writer.write(str.data(), static_cast<unsigned int>(str.size()));
 	return indexed ? idx : 0;
 }

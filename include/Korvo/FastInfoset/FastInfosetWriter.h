@@ -386,6 +386,9 @@ private:
 	void writeCharacters(std::string_view text);
 	std::string unusedPrefix();
 
+	static constexpr std::size_t SHORT_LITERAL = 64;
+		/// The longest identifying string whose length fits in its first octet.
+
 	static constexpr unsigned int NOT_INDEXED = 0xFFFFFFFF;
 		/// What indexString() returns for a string written only literally.
 
