@@ -66,12 +66,32 @@ void BitStreamWriter::appendOctets(Korvo::UInt64 value, int numOfBits)
 {
 	// The pending bits and the new ones in one word, most significant
 	// first; the whole octets of it go to the stream, the rest stays.
+	// Most calls finish one octet, which a plain buffer takes at once.
 	const int total = _cachedBits + numOfBits;
-	const Korvo::UInt64 field = (value << (64 - numOfBits)) >> _cachedBits;
-	const Korvo::UInt64 word = (Korvo::UInt64(_cache[0]) << 56) | field;
+	const Korvo::UInt64 word = (Korvo::UInt64(_cache[0]) << 56) | ((value << (64 - numOfBits)) >> _cachedBits);
 	const int octets = total >> 3;
+	std::streambuf* pBuffer = plainBuffer();
+	if (octets == 1 && pBuffer)
+	{
+		if (!std::streambuf::traits_type::eq_int_type(pBuffer->sputc(static_cast<char>(word >> 56)), std::streambuf::traits_type::eof()))
+		{
+			_cache[0] = static_cast<unsigned char>(word >> 48);
+			_cachedBits = total & 7;
+			return;
+		}
+		// Refused: the stream reports why.
+		pBuffer = nullptr;
+	}
+	passOctets(pBuffer, word, octets);
+	_cache[0] = static_cast<unsigned char>(word >> (56 - 8*octets));
+	_cachedBits = total & 7;
+}
+
+
+void BitStreamWriter::passOctets(std::streambuf* pBuffer, Korvo::UInt64 word, int octets)
+{
 	int i = 0;
-	if (std::streambuf* pBuffer = plainBuffer())
+	if (pBuffer)
 	{
 		while (i < octets && !std::streambuf::traits_type::eq_int_type(pBuffer->sputc(static_cast<char>(word >> (56 - 8*i))), std::streambuf::traits_type::eof())) ++i;
 	}
@@ -81,8 +101,6 @@ void BitStreamWriter::appendOctets(Korvo::UInt64 value, int numOfBits)
 		for (int j = i; j < octets; ++j) bytes[j - i] = static_cast<char>(word >> (56 - 8*j));
 		writeToStreamSlow(bytes, octets - i);
 	}
-	_cache[0] = static_cast<unsigned char>(word >> (56 - 8*octets));
-	_cachedBits = total & 7;
 }
 
 

@@ -24,7 +24,7 @@
 #include "Korvo/FastInfoset/DWordEncoding.h"
 #include "Korvo/FastInfoset/HashVocabulary.h"
 #include "Korvo/FastInfoset/MapVocabulary.h"
-#include "QualifiedNameCache.h"
+#include "WriterState.h"
 #include "VocabularyLimit.h"
 #include "StringPacker.h"
 #include "Poco/NumberFormatter.h"
@@ -143,7 +143,7 @@ FastInfosetWriter::FastInfosetWriter(std::ostream& ostr, bool writeXMLDeclaratio
 	_pIndexingPolicy(nullptr),
 	_shortestLiterals(false),
 	_documentStarted(false),
-	_pKnownNames(new QualifiedNameCache),
+	_pState(nullptr),
 	_knownNamesComplete(false),
 	_vocabularyIsExternal(false),
 	_pendingPrefixes(0),
@@ -162,7 +162,7 @@ FastInfosetWriter::FastInfosetWriter(std::ostream& ostr, bool writeXMLDeclaratio
 	_pIndexingPolicy(nullptr),
 	_shortestLiterals(false),
 	_documentStarted(false),
-	_pKnownNames(new QualifiedNameCache),
+	_pState(nullptr),
 	_knownNamesComplete(false),
 	_vocabularyIsExternal(false),
 	_pendingPrefixes(0),
@@ -182,6 +182,7 @@ void FastInfosetWriter::init()
 	_states.push_back(UNINITIALIZED);
 	std::fill(std::begin(_pIndexedTables), std::end(_pIndexedTables), nullptr);
 	std::fill(std::begin(_pIndexedNames), std::end(_pIndexedNames), nullptr);
+	_pState = WriterState::take(_vocabulary);
 }
 
 
@@ -190,6 +191,7 @@ FastInfosetWriter::~FastInfosetWriter()
 	// A document that was never ended stays as far as it got: its last
 	// octet is not padded out.
 	_writer.discardPending();
+	WriterState::give(_pState);
 }
 
 
@@ -235,7 +237,7 @@ void FastInfosetWriter::setDocumentVocabulary(const DocumentVocabulary& voc)
 
 void FastInfosetWriter::forgetNames()
 {
-	_pKnownNames->reset(_vocabulary);
+	_pState->knownNames.reset(_vocabulary);
 	findTables();
 	// With name tables that hold nothing yet, every name in them will be
 	// one the writer put there and remembered.
@@ -350,10 +352,10 @@ void FastInfosetWriter::startDocument()
 	// declared none has nothing to forget.
 	if (!_ownPrefixes.empty())
 	{
-		_namespaces.reset();
+		_pState->namespaces.reset();
 		_ownPrefixes.clear();
 	}
-	_namespaces.pushContext();
+	_pState->namespaces.pushContext();
 }
 
 
@@ -378,11 +380,28 @@ void FastInfosetWriter::startElement(const XMLString& namespaceURI, const XMLStr
 	handleEncodedData();
 	padToOctet();
 	_writer.write(false);
-	handleNamespaces(attributes, namespaceURI, _nsPrefixes, _attributeValues);
-	writeElement(*pPrefix, namespaceURI, *pLocalName, _attributeValues, _nsPrefixes);
+	// handleNamespaces() and writeElement(), with the element's declarations
+	// taken from the context by position instead of gathered into a set.
+	declareAttributeNamespaces(attributes);
+	_pState->namespaces.declaredBindings(_pState->declarations);
+	addAttributes(_attributeValues, attributes, namespaceURI);
+	if (_writer.bitPos() != 1) throw FISEncodingException("Illegal startposition for an Element value");
+	_writer.write(!_attributeValues.empty());
+	if (!_pState->declarations.empty())
+	{
+		_writer.write(NAMESPACE_ATTRIBUTES, 6);
+		for (std::size_t position: _pState->declarations)
+		{
+			_writer.write(NAMESPACE_ATTRIBUTE, 6);
+			writeNamespaceAttribute(_pState->namespaces.prefixAt(position), _pState->namespaces.uriAt(position));
+		}
+		writeTerminator();
+		_writer.write(0, 6);
+	}
+	writeElementContent(*pPrefix, namespaceURI, *pLocalName, _attributeValues);
 	// The children's context is opened only now: the names gathered above
 	// point into the current one.
-	_namespaces.pushContext();
+	_pState->namespaces.pushContext();
 	_states.push_back(IN_ELEMENT);
 	forgetEndedPrefixes();
 	_prefixMarks.push_back(_pendingPrefixes);
@@ -398,9 +417,9 @@ void FastInfosetWriter::elementName(const XMLString& namespaceURI, const XMLStri
 	{
 		if (!namespaceURI.empty())
 		{
-			if (!_namespaces.isMapped(namespaceURI)) declarePrefix(unusedPrefix(), namespaceURI);
+			if (!_pState->namespaces.isMapped(namespaceURI)) declarePrefix(unusedPrefix(), namespaceURI);
 			// A copy: declaring the attributes' prefixes may replace the entry.
-			_namePrefix = _namespaces.getPrefix(namespaceURI);
+			_namePrefix = _pState->namespaces.getPrefix(namespaceURI);
 			pPrefix = &_namePrefix;
 		}
 	}
@@ -411,8 +430,8 @@ void FastInfosetWriter::elementName(const XMLString& namespaceURI, const XMLStri
 	else if (!localName.empty() && !qname.empty())
 	{
 		prefixOf(qname, _namePrefix);
-		if (_namePrefix.empty()) _namePrefix = _namespaces.getPrefix(namespaceURI);
-		if (!namespaceURI.empty() && _namespaces.getURI(_namePrefix) != namespaceURI)
+		if (_namePrefix.empty()) _namePrefix = _pState->namespaces.getPrefix(namespaceURI);
+		if (!namespaceURI.empty() && _pState->namespaces.getURI(_namePrefix) != namespaceURI)
 			declarePrefix(_namePrefix, namespaceURI);
 		pPrefix = &_namePrefix;
 	}
@@ -426,7 +445,7 @@ void FastInfosetWriter::endElement(const XMLString&, const XMLString&, const XML
 	handleEncodedData();
 	writeTerminator();
 	_states.pop_back();
-	_namespaces.popContext();
+	_pState->namespaces.popContext();
 	dropOwnPrefixes();
 }
 
@@ -546,8 +565,8 @@ void FastInfosetWriter::declarePrefix(const XMLString& prefix, const XMLString& 
 	// context. The last must count: a prefix that the writer declared for an
 	// element stays in the context of its siblings, which may declare it anew.
 	// Refused, the prefix is in this context, where undeclaring it removes it.
-	if (!_namespaces.declarePrefix(prefix, uri) && _namespaces.undeclarePrefix(prefix))
-		_namespaces.declarePrefix(prefix, uri);
+	if (!_pState->namespaces.declarePrefix(prefix, uri) && _pState->namespaces.undeclarePrefix(prefix))
+		_pState->namespaces.declarePrefix(prefix, uri);
 }
 
 
@@ -569,7 +588,7 @@ void FastInfosetWriter::endPrefixMapping(const XMLString& prefix)
 		if (static_cast<std::size_t>(it - _ownPrefixes.begin()) < _pendingPrefixes) --_pendingPrefixes;
 		_ownPrefixes.erase(it);
 	}
-	_namespaces.undeclarePrefix(prefix);
+	_pState->namespaces.undeclarePrefix(prefix);
 }
 
 
@@ -587,7 +606,7 @@ void FastInfosetWriter::dropOwnPrefixes()
 	for (std::size_t i = first; i < _pendingPrefixes; ++i)
 	{
 		if (std::find(_ownPrefixes.begin() + first, _ownPrefixes.begin() + i, _ownPrefixes[i]) == _ownPrefixes.begin() + i)
-			_namespaces.undeclarePrefix(_ownPrefixes[i]);
+			_pState->namespaces.undeclarePrefix(_ownPrefixes[i]);
 	}
 	_pendingPrefixes = first;
 }
@@ -611,7 +630,7 @@ std::string FastInfosetWriter::unusedPrefix()
 {
 	// Skips generated prefixes that the application has declared itself.
 	std::string prefix = newPrefix();
-	while (!_namespaces.getURI(prefix).empty()) prefix = newPrefix();
+	while (!_pState->namespaces.getURI(prefix).empty()) prefix = newPrefix();
 	return prefix;
 }
 
@@ -639,8 +658,8 @@ void FastInfosetWriter::declareAttributeNamespaces(const Attributes& attributes)
 		// Nothing is declared for an attribute without namespace.
 		if (uri.empty() || attributes.getLocalName(i).empty()) continue;
 		prefixOf(attributes.getQName(i), _scratchPrefix);
-		if (_scratchPrefix.empty()) _scratchPrefix = _namespaces.getPrefix(uri);
-		if (_namespaces.getURI(_scratchPrefix) != uri) declarePrefix(_scratchPrefix, uri);
+		if (_scratchPrefix.empty()) _scratchPrefix = _pState->namespaces.getPrefix(uri);
+		if (_pState->namespaces.getURI(_scratchPrefix) != uri) declarePrefix(_scratchPrefix, uri);
 	}
 }
 
@@ -648,7 +667,7 @@ void FastInfosetWriter::declareAttributeNamespaces(const Attributes& attributes)
 void FastInfosetWriter::addNamespaceAttributes(PrefixSet& nsPrefixes)
 {
 	nsPrefixes.clear();
-	_namespaces.getDeclaredPrefixes(nsPrefixes);
+	_pState->namespaces.getDeclaredPrefixes(nsPrefixes);
 }
 
 
@@ -670,7 +689,7 @@ void FastInfosetWriter::addAttributes(AttributeVec& attributeVec, const Attribut
 		// An attribute in the element's own namespace keeps an empty prefix;
 		// so does one without namespace, which no prefix can name.
 		const bool ownPrefix = !attribute.pNamespaceURI->empty() && *attribute.pNamespaceURI != elementNamespaceURI;
-		attribute.pPrefix = ownPrefix ? &_namespaces.getPrefix(*attribute.pNamespaceURI) : &EMPTY;
+		attribute.pPrefix = ownPrefix ? &_pState->namespaces.getPrefix(*attribute.pNamespaceURI) : &EMPTY;
 		attribute.pValue = &attributes.getValue(i);
 		attributeVec.push_back(attribute);
 	}
@@ -687,11 +706,17 @@ void FastInfosetWriter::writeElement(const XMLString& prefix, const XMLString& n
 		for (const XMLString& nsPrefix: nsPrefixes)
 		{
 			_writer.write(NAMESPACE_ATTRIBUTE, 6);
-			writeNamespaceAttribute(nsPrefix, _namespaces.getURI(nsPrefix));
+			writeNamespaceAttribute(nsPrefix, _pState->namespaces.getURI(nsPrefix));
 		}
 		writeTerminator();
 		_writer.write(0, 6);
 	}
+	writeElementContent(prefix, ns, localName, attributes);
+}
+
+
+void FastInfosetWriter::writeElementContent(const XMLString& prefix, const XMLString& ns, const XMLString& localName, const AttributeVec& attributes)
+{
 	writeQualifiedNameOrIndex(prefix, ns, localName, true);
 	if (!attributes.empty())
 	{
@@ -731,14 +756,18 @@ unsigned int FastInfosetWriter::writeQualifiedNameOrIndex(const XMLString& prefi
 	poco_assert (!localName.empty());
 
 	// Names repeat: one look-up of the whole name replaces four table
-	// look-ups once a name has been seen.
-	const Korvo::UInt32 hash = QualifiedNameCache::hashOf(prefix, ns, localName, inElement);
-	unsigned int idx = _pKnownNames->find(hash, prefix, ns, localName, inElement);
+	// look-ups once a name has been seen. The local name's hash serves
+	// the local-name table as well.
+	const Korvo::UInt32 localNameHash = ValueHash<std::string>()(localName);
+	const Korvo::UInt32 hash = QualifiedNameCache::hashOf(localNameHash, prefix, ns, inElement);
+	std::size_t slot;
+	QualifiedNameCache& knownNames = _pState->knownNames;
+	unsigned int idx = knownNames.find(hash, prefix, ns, localName, inElement, slot);
 	unsigned int foundIdx = 0;
 	if (!idx && !_knownNamesComplete && findQualifiedName(prefix, ns, localName, inElement, foundIdx))
 	{
 		idx = foundIdx;
-		_pKnownNames->add(hash, prefix, ns, localName, inElement, getQNameVocabulary(inElement).value(idx), idx);
+		knownNames.add(slot, hash, prefix, ns, localName, inElement, getQNameVocabulary(inElement).value(idx), idx);
 	}
 
 	if (idx)
@@ -749,8 +778,8 @@ unsigned int FastInfosetWriter::writeQualifiedNameOrIndex(const XMLString& prefi
 	{
 		writeTerminator();
 		if (startPos == 1) _writer.write(false);
-		idx = writeQualifiedName(prefix, ns, localName, inElement);
-		if (idx) _pKnownNames->add(hash, prefix, ns, localName, inElement, getQNameVocabulary(inElement).value(idx), idx);
+		idx = writeNewQualifiedName(prefix, ns, localName, localNameHash, inElement);
+		if (idx) knownNames.add(slot, hash, prefix, ns, localName, inElement, getQNameVocabulary(inElement).value(idx), idx);
 	}
 	poco_assert (_writer.bitPos() == 0);
 	return idx;
@@ -777,15 +806,45 @@ bool FastInfosetWriter::findQualifiedName(const XMLString& prefix, const XMLStri
 unsigned int FastInfosetWriter::writeQualifiedName(const XMLString& prefix, const XMLString& ns, const XMLString& localName, bool inElement)
 {
 	poco_assert (!localName.empty());
+	QualifiedNameEntry qne;
+	if (!writeNameParts(prefix, ns, localName, ValueHash<std::string>()(localName), inElement, qne)) return 0;
+	return insertQualifiedName(qne, inElement);
+}
+
+
+unsigned int FastInfosetWriter::writeNewQualifiedName(const XMLString& prefix, const XMLString& ns, const XMLString& localName, Korvo::UInt32 localNameHash, bool inElement)
+{
+	QualifiedNameEntry qne;
+	if (!writeNameParts(prefix, ns, localName, localNameHash, inElement, qne)) return 0;
+	// Known to be absent, it is appended without a look-up; the table's
+	// index, if it has one, takes it in when next asked.
+	if (IndexedVocabulary<QualifiedNameEntry>* pNames = _pIndexedNames[inElement])
+	{
+		const unsigned int idx = pNames->size();
+		pNames->append(qne);
+		return idx;
+	}
+	return insertQualifiedName(qne, inElement);
+}
+
+
+bool FastInfosetWriter::writeNameParts(const XMLString& prefix, const XMLString& ns, const XMLString& localName, Korvo::UInt32 localNameHash, bool inElement, QualifiedNameEntry& qne)
+{
 	_writer.write(!prefix.empty());
 	_writer.write(!ns.empty());
 	const unsigned int prefixIdx = prefix.empty() ? 0 : writeIdentifyingStringOrIndex(prefix, DocumentVocabulary::PREFIX);
 	const unsigned int nsIdx = ns.empty() ? 0 : writeIdentifyingStringOrIndex(ns, DocumentVocabulary::NAMESPACE_NAME);
-	const unsigned int localNameIdx = writeIdentifyingStringOrIndex(localName, DocumentVocabulary::LOCAL_NAME);
+	bool exists;
+	const unsigned int localNameIdx = indexString(DocumentVocabulary::LOCAL_NAME, localName, localNameHash, exists);
+	if (exists)
+		writeIdentifyingStringIndex(localNameIdx);
+	else
+		writeIdentifyingString(localName, DocumentVocabulary::LOCAL_NAME);
 	// A name with a part that no table holds, or a full name table, is not
 	// indexed: the reader adds nothing either.
-	if (prefixIdx == NOT_INDEXED || nsIdx == NOT_INDEXED || localNameIdx == NOT_INDEXED || isFull(getQNameVocabulary(inElement))) return 0;
-	return insertQualifiedName(QualifiedNameEntry(prefixIdx, nsIdx, localNameIdx), inElement);
+	if (prefixIdx == NOT_INDEXED || nsIdx == NOT_INDEXED || localNameIdx == NOT_INDEXED || isFull(getQNameVocabulary(inElement))) return false;
+	qne = QualifiedNameEntry(prefixIdx, nsIdx, localNameIdx);
+	return true;
 }
 
 
@@ -801,11 +860,20 @@ unsigned int FastInfosetWriter::insertQualifiedName(const QualifiedNameEntry& qn
 
 inline unsigned int FastInfosetWriter::indexString(DocumentVocabulary::ID id, std::string_view str, bool& exists)
 {
+	if (_pIndexedTables[id]) return indexString(id, str, ValueHash<std::string>()(str), exists);
+	Vocabulary<std::string>& table = *_vocabulary.vocabulary(id);
+	exists = false;
+	return isFull(table) ? NOT_INDEXED : table.index(std::string(str), exists);
+}
+
+
+unsigned int FastInfosetWriter::indexString(DocumentVocabulary::ID id, std::string_view str, Korvo::UInt32 hash, bool& exists)
+{
 	IndexedVocabulary<std::string>* pTable = _pIndexedTables[id];
-	if (pTable && !isFull(*pTable)) return pTable->add(str, exists);
+	if (pTable && !isFull(*pTable)) return pTable->add(str, hash, exists);
 	if (pTable)
 	{
-		const unsigned int idx = pTable->find(str);
+		const unsigned int idx = pTable->find(str, hash);
 		exists = idx != Vocabulary<std::string>::NOT_FOUND;
 		return exists ? idx : NOT_INDEXED;
 	}
@@ -830,8 +898,28 @@ unsigned int FastInfosetWriter::writeIdentifyingStringOrIndex(const std::string&
 void FastInfosetWriter::writeIdentifyingString(const std::string& str, DocumentVocabulary::ID)
 {
 	if (_writer.bitPos() != 0) throw FISEncodingException("Illegal startposition for an writeIdentifyingString");
-	_writer.write(false);
-	Encoder::nonEmptyOctetString(_writer, str);
+	if (str.empty() || str.size() > 0xFFFFFFFFu)
+	{
+		// The encoder's messages for strings that have no form.
+		_writer.write(false);
+		Encoder::nonEmptyOctetString(_writer, str);
+		return;
+	}
+	if (str.size() <= SHORT_LITERAL)
+	{
+		// The '0' bit and the length make one octet: it goes out with the
+		// octets in one write.
+		char octets[SHORT_LITERAL + 1];
+		octets[0] = static_cast<char>(str.size() - 1);
+		std::memcpy(octets + 1, str.data(), str.size());
+		_writer.write(octets, static_cast<unsigned int>(str.size() + 1));
+		return;
+	}
+	// The '0' bit and the length in one field, then the octets.
+	Korvo::UInt64 length;
+	const int lengthBits = Encoder::stringLengthBits(static_cast<unsigned int>(str.size()), 7, length);
+	_writer.write(static_cast<long long>(length), 1 + lengthBits);
+	_writer.write(str.data(), static_cast<unsigned int>(str.size()));
 }
 
 
@@ -1003,6 +1091,9 @@ inline bool FastInfosetWriter::isIndexed(const std::string& str, DocumentVocabul
 
 unsigned int FastInfosetWriter::writeNonIdentifyingStringOrIndex(const std::string& str, DocumentVocabulary::ID voc)
 {
+	// Plain UTF-8 text indexed by length takes the direct path; the rest,
+	// and strings the encoder refuses, the general one.
+	if (!str.empty() && str.size() <= 0xFFFFFFFFu && !_pIndexingPolicy && !_pPacker && _states.back() != IN_CDATA) return writeValueOrIndex(str, voc);
 	const int pos = _writer.bitPos();
 	if (pos != 0 && pos != 2) throw FISEncodingException("Illegal startposition for a NonIdentifyingStringOrIndex value");
 	bool indexed = isIndexed(str, voc);
@@ -1032,7 +1123,7 @@ unsigned int FastInfosetWriter::writeValueOrIndex(std::string_view str, Document
 {
 	// Plain UTF-8 text indexed by length, the usual case, needs no string of
 	// its own; the rest takes the general path.
-	if (_pIndexingPolicy || _pPacker || _states.back() == IN_CDATA)
+	if (_pIndexingPolicy || _pPacker || _states.back() == IN_CDATA || str.size() > 0xFFFFFFFFu)
 	{
 		_scratchText.assign(str.data(), str.size());
 		return writeNonIdentifyingStringOrIndex(_scratchText, voc);
@@ -1053,9 +1144,16 @@ unsigned int FastInfosetWriter::writeValueOrIndex(std::string_view str, Document
 		Encoder::integer(_writer, idx);
 		return idx;
 	}
-	_writer.write(indexed);
-	_writer.write(UTF8_STRING, 2);
-	Encoder::nonEmptyStringLength(_writer, static_cast<unsigned int>(str.size()));
+	// The add-to-table bit, the UTF-8 discriminant and the length that
+	// fills the rest of the octet, as one field.
+	Korvo::UInt64 length;
+	const int lengthBits = Encoder::stringLengthBits(static_cast<unsigned int>(str.size()), 4 - pos, length);
+	const Korvo::UInt64 head = (indexed ? 4u : 0u) | UTF8_STRING;
+	const Korvo::UInt64 field = (head << lengthBits) | length;
+	if (lengthBits <= 29)
+		_writer.write(static_cast<unsigned int>(field), 3 + lengthBits);
+	else
+		_writer.write(static_cast<long long>(field), 3 + lengthBits);
 	_writer.write(str.data(), static_cast<unsigned int>(str.size()));
 	return indexed ? idx : 0;
 }

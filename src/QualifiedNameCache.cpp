@@ -14,7 +14,6 @@
 #include "QualifiedNameCache.h"
 #include "Korvo/FastInfoset/ValueIndex.h"
 #include <algorithm>
-#include <cstring>
 
 
 namespace Korvo {
@@ -45,30 +44,44 @@ void QualifiedNameCache::reset(const DocumentVocabulary& vocabulary)
 }
 
 
-unsigned int QualifiedNameCache::find(Korvo::UInt32 hash, const std::string& prefix, const std::string& ns, const std::string& localName, bool inElement) const
+unsigned int QualifiedNameCache::find(Korvo::UInt32 hash, const std::string& prefix, const std::string& ns, const std::string& localName, bool inElement, std::size_t& slot) const
 {
-	if (_slots.empty()) return 0;
-	const unsigned int slot = _slots[slotOf(hash, prefix, ns, localName, inElement)];
-	return slot ? _entries[slot - 1].index : 0;
+	if (_slots.empty())
+	{
+		slot = 0;
+		return 0;
+	}
+	slot = slotOf(hash, prefix, ns, localName, inElement);
+	const unsigned int position = _slots[slot];
+	return position ? _entries[position - 1].index : 0;
 }
 
 
-void QualifiedNameCache::add(Korvo::UInt32 hash, const std::string& prefix, const std::string& ns, const std::string& localName, bool inElement, const QualifiedNameEntry& name, unsigned int index)
+void QualifiedNameCache::add(std::size_t slot, Korvo::UInt32 hash, const std::string& prefix, const std::string& ns, const std::string& localName, bool inElement, const QualifiedNameEntry& name, unsigned int index)
 {
-	if (2*(_entries.size() + 1) > _slots.size()) grow();
-	const std::size_t slot = slotOf(hash, prefix, ns, localName, inElement);
+	if (2*(_entries.size() + 1) > _slots.size())
+	{
+		grow();
+		slot = slotOf(hash, prefix, ns, localName, inElement);
+	}
 	if (_slots[slot]) return;
 	_entries.push_back(Entry{hash, index, string(_pPrefixes, name.prefixId()), string(_pNamespaces, name.namespaceId()), string(_pLocalNames, name.localNameId()), inElement});
 	_slots[slot] = static_cast<unsigned int>(_entries.size());
 }
 
 
-Korvo::UInt32 QualifiedNameCache::hashOf(const std::string& prefix, const std::string& ns, const std::string& localName, bool inElement)
+Korvo::UInt32 QualifiedNameCache::hashOf(Korvo::UInt32 localNameHash, const std::string& prefix, const std::string& ns, bool inElement)
 {
-	// The local name tells most names apart; of the rest only the lengths.
-	using Hash = ValueHash<std::string>;
-	const Korvo::UInt64 extra = (Korvo::UInt64(prefix.size()) << 33) | (Korvo::UInt64(ns.size()) << 1) | inElement;
-	return Hash::finish(Hash::octets(extra, localName.data(), localName.size()));
+	// The local name tells most names apart; of the rest only the lengths,
+	// spread over the bits the slot is taken from.
+	const Korvo::UInt32 extra = (static_cast<Korvo::UInt32>(prefix.size()) << 16) ^ (static_cast<Korvo::UInt32>(ns.size()) << 1) ^ (inElement ? 1u : 0u);
+	return localNameHash ^ (extra*0x9E3779B1u);
+}
+
+
+std::size_t QualifiedNameCache::storage() const
+{
+	return _slots.size();
 }
 
 
@@ -83,7 +96,7 @@ const std::string* QualifiedNameCache::string(const Vocabulary<std::string>* pTa
 
 inline bool QualifiedNameCache::equal(const std::string& left, const std::string& right)
 {
-	return left.size() == right.size() && (left.empty() || std::memcmp(left.data(), right.data(), left.size()) == 0);
+	return left.size() == right.size() && ValueHash<std::string>::sameOctets(left.data(), right.data(), left.size());
 }
 
 

@@ -42,14 +42,20 @@ public:
 		/// Forgets every name; names are then taken from the string tables of
 		/// vocabulary, which must keep their values until the next reset.
 
-	static Korvo::UInt32 hashOf(const std::string& prefix, const std::string& ns, const std::string& localName, bool inElement);
-		/// The hash that find() and add() take, computed once for both.
+	static Korvo::UInt32 hashOf(Korvo::UInt32 localNameHash, const std::string& prefix, const std::string& ns, bool inElement);
+		/// The hash that find() and add() take, computed once for both from
+		/// the ValueHash of the local name, which the local-name table takes.
 
-	unsigned int find(Korvo::UInt32 hash, const std::string& prefix, const std::string& ns, const std::string& localName, bool inElement) const;
-		/// The index of the name, or 0 when it is not known (no name has index 0).
+	unsigned int find(Korvo::UInt32 hash, const std::string& prefix, const std::string& ns, const std::string& localName, bool inElement, std::size_t& slot) const;
+		/// The index of the name, or 0 when it is not known (no name has
+		/// index 0). slot tells add() where an unknown name goes.
 
-	void add(Korvo::UInt32 hash, const std::string& prefix, const std::string& ns, const std::string& localName, bool inElement, const QualifiedNameEntry& name, unsigned int index);
-		/// Remembers that the name, whose table entry is name, has index.
+	void add(std::size_t slot, Korvo::UInt32 hash, const std::string& prefix, const std::string& ns, const std::string& localName, bool inElement, const QualifiedNameEntry& name, unsigned int index);
+		/// Remembers that the name, whose table entry is name, has index:
+		/// right after find() did not find it and gave slot.
+
+	std::size_t storage() const;
+		/// The number of names the cache has room for.
 
 private:
 	struct Entry

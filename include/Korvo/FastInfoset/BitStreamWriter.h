@@ -95,6 +95,10 @@ private:
 		/// octets this completes to the stream.
 	void appendOctets(Korvo::UInt64 value, int numOfBits);
 		/// appendBits() when the bits complete at least one octet.
+	void passOctets(std::streambuf* pBuffer, Korvo::UInt64 word, int octets);
+		/// Passes the first octets octets of word, most significant first,
+		/// into pBuffer when it is not null (a plain buffer), and those it
+		/// refuses, or all, through the stream.
 	void writeOctets(const char* str, std::size_t numBytes);
 	void writeUnalignedOctets(const char* str, std::size_t numBytes);
 	std::streambuf* plainBuffer() const;

@@ -49,6 +49,11 @@ public:
 	static void nonEmptyStringLength(BitStreamWriter& aWriter, unsigned int strLen);
 		/// Writes the length of a non-empty octet string at position 1, 4 or 6.
 
+	static int stringLengthBits(unsigned int strLen, int prefixBits, Korvo::UInt64& bits);
+		/// The length form of a non-empty octet string whose length starts
+		/// with prefixBits (7, 4 or 2) bits: its bits, low in bits, and their
+		/// number, which the function returns.
+
 	static void nonEmptyOctetString(BitStreamWriter& aWriter, const std::string& str);
 		/// Writes the length of str and its octets.
 
@@ -75,7 +80,15 @@ inline void Encoder::integer(BitStreamWriter& aWriter, unsigned int val)
 	const int pos = aWriter.bitPos();
 	const int restOfOctet = 8 - pos;
 	if (pos >= 1 && pos <= 3 && val >= 1 && val <= (1u << (restOfOctet - 1)))
+	{
 		aWriter.write(val - 1, restOfOctet);
+		return;
+	}
+	// The two-octet forms of indices in larger tables: '1' and the value
+	// less the one-octet ones in the rest of two octets, below a limit.
+	static const unsigned int TWO_OCTET_LIMITS[] = {0, 8256, 2080, 1040};
+	if (pos >= 1 && pos <= 3 && val > (1u << (restOfOctet - 1)) && val <= TWO_OCTET_LIMITS[pos])
+		aWriter.write((1u << (restOfOctet + 7)) | (val - (1u << (restOfOctet - 1)) - 1), restOfOctet + 8);
 	else
 		integerForms(aWriter, val);
 }

@@ -46,7 +46,7 @@ namespace FastInfoset {
 
 
 class StringPacker;
-class QualifiedNameCache;
+class WriterState;
 
 
 class FastInfoset_API FastInfosetWriter: public FISContentHandler, public Korvo::XML::LexicalHandler, public Korvo::XML::DTDHandler, public FISDocumentHandler
@@ -367,15 +367,27 @@ private:
 	void writeNameSurrogate(const QualifiedNameEntry& qne);
 	bool findQualifiedName(const Korvo::XML::XMLString& prefix, const Korvo::XML::XMLString& ns, const Korvo::XML::XMLString& localName, bool inElement, unsigned int& idx) const;
 	void forgetNames();
+	void writeElementContent(const Korvo::XML::XMLString& prefix, const Korvo::XML::XMLString& ns, const Korvo::XML::XMLString& localName, const AttributeVec& attributes);
+		/// The element's name and attributes: writeElement() after its
+		/// namespace attributes.
+	unsigned int writeNewQualifiedName(const Korvo::XML::XMLString& prefix, const Korvo::XML::XMLString& ns, const Korvo::XML::XMLString& localName, Korvo::UInt32 localNameHash, bool inElement);
+		/// writeQualifiedName() for a name its table is known not to hold.
+	bool writeNameParts(const Korvo::XML::XMLString& prefix, const Korvo::XML::XMLString& ns, const Korvo::XML::XMLString& localName, Korvo::UInt32 localNameHash, bool inElement, QualifiedNameEntry& qne);
+		/// Writes the literal name's parts; false when it is not to be indexed.
 	void findTables();
 		/// Notes which tables can be searched without a virtual call.
 	unsigned int indexString(DocumentVocabulary::ID id, std::string_view str, bool& exists);
+	unsigned int indexString(DocumentVocabulary::ID id, std::string_view str, Korvo::UInt32 hash, bool& exists);
+		/// indexString() for a string whose ValueHash is at hand.
 		/// The index of str in table id, which gets it when absent unless it
 		/// is full: NOT_INDEXED then.
 	unsigned int writeValueOrIndex(std::string_view str, DocumentVocabulary::ID voc);
 		/// writeNonIdentifyingStringOrIndex() for text given as a view.
 	void writeCharacters(std::string_view text);
 	std::string unusedPrefix();
+
+	static constexpr std::size_t SHORT_LITERAL = 64;
+		/// The longest identifying string whose length fits in its first octet.
 
 	static constexpr unsigned int NOT_INDEXED = 0xFFFFFFFF;
 		/// What indexString() returns for a string written only literally.
@@ -385,7 +397,6 @@ private:
 	DocumentVocabulary                  _vocabulary;
 	std::vector<State>                  _states;
 	int                                 _prefixCounter;
-	Korvo::XML::NamespaceSupport        _namespaces;
 	std::vector<Encoding::Ptr>          _encodings;
 	std::vector<Notation>               _notations;
 	std::vector<UnparsedEntity>         _unparsedEntities;
@@ -402,7 +413,6 @@ private:
 
 	// Reused on every event, so that the steady path does not allocate.
 	AttributeVec                        _attributeValues;
-	PrefixSet                           _nsPrefixes;
 	std::vector<Korvo::XML::XMLString>  _attributeLocalNames;
 		/// Local parts of attribute names given only as qualified names.
 	Korvo::XML::XMLString               _namePrefix;
@@ -410,8 +420,10 @@ private:
 	Korvo::XML::XMLString               _textBuffer;
 	Korvo::XML::XMLString               _scratchText;
 	Korvo::XML::AttributesImpl          _emptyAttributes;
-	std::unique_ptr<QualifiedNameCache> _pKnownNames;
-		/// Qualified names already in a name table, by their strings.
+	WriterState*                        _pState;
+		/// The namespace context and the qualified names already in a name
+		/// table, by their strings; taken at construction, given back at
+		/// destruction.
 	bool                                _knownNamesComplete;
 	bool                                _vocabularyIsExternal;
 		/// True from useExternalVocabulary() on, until a vocabulary is set

@@ -46,17 +46,31 @@ public:
 	}
 
 	template <class K>
+	unsigned int find(const K& value, Korvo::UInt32 hash) const
+		/// find() for a value whose ValueHash is hash.
+	{
+		return _lookup.probe(this->_index, value, hash).index();
+	}
+
+	template <class K>
 	unsigned int add(const K& value, bool& valueExisted)
 		/// The index of value, added when absent.
 	{
-		typename ValueIndex<T>::Probe probe = _lookup.probe(this->_index, value);
+		return add(value, ValueHash<T>()(value), valueExisted);
+	}
+
+	template <class K>
+	unsigned int add(const K& value, Korvo::UInt32 hash, bool& valueExisted)
+		/// add() for a value whose ValueHash is hash.
+	{
+		typename ValueIndex<T>::Probe probe = _lookup.probe(this->_index, value, hash);
 		valueExisted = probe.found();
 		if (valueExisted) return probe.index();
 		const unsigned int newIndex = this->_index.size();
 		if (newIndex >= _capacity) throw Korvo::PoolOverflowException("Vocabulary hash table full");
 		T& slot = this->_index.spare();
 		if (static_cast<const void*>(&slot) != static_cast<const void*>(&value)) slot = value;
-		this->_index.push_back(slot);
+		this->_index.appendSpare();
 		_lookup.insert(this->_index, probe);
 		return newIndex;
 	}

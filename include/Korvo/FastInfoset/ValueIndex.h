@@ -78,6 +78,20 @@ struct ValueHash<std::string>
 		return mix(a ^ K1 ^ n, b ^ h ^ K2);
 	}
 
+	static bool sameOctets(const char* p, const char* q, std::size_t n)
+		/// True when the n octets at p and at q are the same: names and
+		/// short values are compared in words, without a call.
+	{
+		if (n > 16) return std::memcmp(p, q, n) == 0;
+		if (n >= 8) return word8(p) == word8(q) && word8(p + n - 8) == word8(q + n - 8);
+		if (n >= 4) return word4(p) == word4(q) && word4(p + n - 4) == word4(q + n - 4);
+		for (std::size_t i = 0; i < n; ++i)
+		{
+			if (p[i] != q[i]) return false;
+		}
+		return true;
+	}
+
 	static Korvo::UInt64 mix(Korvo::UInt64 a, Korvo::UInt64 b)
 		/// Both halves of the 128-bit product, folded: every bit of a and b
 		/// reaches the middle bits.
@@ -126,14 +140,13 @@ template <class T>
 class ValueIndex
 	/// Finds the index of a value among the values of a VerbTable: an open
 	/// addressing hash table, probed linearly and kept at most half full.
-	/// Each slot has a one-octet tag, taken from the value's hash (0 for an
-	/// empty slot), and the value's index: a probe runs along the compact
-	/// tags and looks at an index, and the value behind it, only where the
-	/// tag matches.
+	/// Each slot holds a value's full hash and its index, and the hash of
+	/// every indexed value is kept by index as well: a probe compares a
+	/// value only where the whole hash matches, and growing or shrinking
+	/// the table never hashes or compares a value again.
 	///
 	/// The index covers the table's values from index 0 up to a count. It is
-	/// built when it is first asked about a table of more than a few values,
-	/// which are searched one by one, and catches up with values appended
+	/// built when it is first asked, and catches up with values appended
 	/// since whenever it is asked again; so a table that nobody searches
 	/// never builds one. Values equal to an earlier one are not indexed:
 	/// the first index of a value is the one found.
@@ -160,7 +173,7 @@ public:
 
 		std::size_t   _slot;
 		Korvo::UInt32 _index;
-		unsigned char _tag;
+		Korvo::UInt32 _hash;
 	};
 
 	ValueIndex():
@@ -174,27 +187,34 @@ public:
 		/// the last call first. A K compares and hashes as the T it stands
 		/// for (a std::string_view for a std::string).
 	{
-		if (_tags.empty() && values.size() <= SMALL) return scan(values, value);
-		sync(values);
-		return locate(values, value, _hash(value));
+		return probe(values, value, _hash(value));
+	}
+
+	template <class K>
+	Probe probe(const VerbTable<T>& values, const K& value, Korvo::UInt32 hash)
+		/// probe() for a value whose ValueHash the caller has at hand.
+	{
+		if (_count != values.size() || _slots.empty()) sync(values);
+		return locate(values, value, hash);
 	}
 
 	void insert(const VerbTable<T>& values, const Probe& probe)
 		/// Enters the value just appended to values (the one probe did not
 		/// find) under its index. Nothing may have changed in between.
 	{
-		if (_tags.empty()) return;
 		poco_assert_dbg (!probe.found() && _count + 1 == values.size());
-		_tags[probe._slot] = probe._tag;
-		_indices[probe._slot] = _count++;
-		if (2*_count > _tags.size()) rebuild(values, 2*_tags.size());
+		_slots[probe._slot] = slotValue(probe._hash, _count);
+		_hashes.push_back(probe._hash);
+		++_count;
+		if (2*_count > _slots.size()) rebuild(values, 2*_slots.size());
 	}
 
 	void truncate(const VerbTable<T>& values, unsigned int size)
 		/// Forgets the values from index size on, which values is about to
 		/// drop: it must still hold them.
 	{
-		if (_tags.empty() || size >= _count) return;
+		(void) values;
+		if (_slots.empty() || size >= _count) return;
 		if (_count - size > size)
 		{
 			// Most of it goes: start again, and index the rest when asked.
@@ -203,47 +223,35 @@ public:
 		}
 		// Entries leave in the reverse of the order they came in, which
 		// leaves every probe sequence as it was before they came.
-		const std::size_t mask = _tags.size() - 1;
+		const std::size_t mask = _slots.size() - 1;
 		while (_count > size)
 		{
 			--_count;
-			for (std::size_t i = _hash(*values.get(_count)) & mask; _tags[i] != EMPTY; i = (i + 1) & mask)
+			const Korvo::UInt64 entry = slotValue(_hashes[_count], _count);
+			for (std::size_t i = _hashes[_count] & mask; _slots[i] != EMPTY; i = (i + 1) & mask)
 			{
-				if (_indices[i] == _count)
+				if (_slots[i] == entry)
 				{
-					_tags[i] = EMPTY;
+					_slots[i] = EMPTY;
 					break;
 				}
 			}
 		}
+		_hashes.resize(_count);
 	}
 
 private:
 	enum
 	{
 		EMPTY = 0,
-		SMALL = 24,
-			/// Tables up to this size are searched from the start, with no index.
-		MIN_SLOTS = 64,
+		MIN_SLOTS = 32,
 		LARGE_SLOTS = 4096
 	};
 
-	template <class K>
-	Probe scan(const VerbTable<T>& values, const K& value) const
+	static Korvo::UInt64 slotValue(Korvo::UInt32 hash, Korvo::UInt32 index)
+		/// The hash above the index plus one, so that no entry is EMPTY.
 	{
-		Probe result;
-		result._slot = 0;
-		result._tag = EMPTY;
-		result._index = NOT_FOUND;
-		for (unsigned int i = 0; i < values.size(); ++i)
-		{
-			if (same(*values.get(i), value))
-			{
-				result._index = i;
-				break;
-			}
-		}
-		return result;
+		return (Korvo::UInt64(hash) << 32) | (Korvo::UInt64(index) + 1);
 	}
 
 	template <class K>
@@ -254,36 +262,29 @@ private:
 
 	static bool same(const std::string& entry, std::string_view value)
 	{
-		// Most names differ in length or first octet: no call for those.
-		return entry.size() == value.size() && (value.empty() || (entry[0] == value[0] && std::memcmp(entry.data(), value.data(), value.size()) == 0));
-	}
-
-	static unsigned char tagOf(Korvo::UInt32 hash)
-		/// The top octet of the hash (the slot comes from the bottom ones), never EMPTY.
-	{
-		unsigned char tag = static_cast<unsigned char>(hash >> 24);
-		return tag == EMPTY ? 1 : tag;
+		return entry.size() == value.size() && ValueHash<std::string>::sameOctets(entry.data(), value.data(), value.size());
 	}
 
 	template <class K>
 	Probe locate(const VerbTable<T>& values, const K& value, Korvo::UInt32 hash) const
 	{
 		Probe result;
-		result._tag = tagOf(hash);
-		const std::size_t mask = _tags.size() - 1;
+		result._hash = hash;
+		result._index = NOT_FOUND;
+		const std::size_t mask = _slots.size() - 1;
 		std::size_t i = hash & mask;
 		for (;;)
 		{
-			const unsigned char tag = _tags[i];
-			if (tag == EMPTY)
+			const Korvo::UInt64 slot = _slots[i];
+			if (slot == EMPTY) break;
+			if (static_cast<Korvo::UInt32>(slot >> 32) == hash)
 			{
-				result._index = NOT_FOUND;
-				break;
-			}
-			if (tag == result._tag && *values.get(_indices[i]) == value)
-			{
-				result._index = _indices[i];
-				break;
+				const Korvo::UInt32 index = static_cast<Korvo::UInt32>(slot) - 1;
+				if (same(*values.get(index), value))
+				{
+					result._index = index;
+					break;
+				}
 			}
 			i = (i + 1) & mask;
 		}
@@ -295,12 +296,16 @@ private:
 	{
 		// The slots stay for a table that fills up alike again, unless they
 		// are many for what was in them.
-		if (_tags.size() > LARGE_SLOTS && 8*_count < _tags.size())
+		if (_slots.size() > LARGE_SLOTS && 8*_count < _slots.size())
 		{
-			std::vector<unsigned char>().swap(_tags);
-			std::vector<Korvo::UInt32>().swap(_indices);
+			std::vector<Korvo::UInt64>().swap(_slots);
+			std::vector<Korvo::UInt32>().swap(_hashes);
 		}
-		else std::fill(_tags.begin(), _tags.end(), static_cast<unsigned char>(EMPTY));
+		else
+		{
+			std::fill(_slots.begin(), _slots.end(), Korvo::UInt64(EMPTY));
+			_hashes.clear();
+		}
 		_count = 0;
 	}
 
@@ -308,36 +313,44 @@ private:
 	{
 		// Values dropped without telling the index: it can only start again.
 		if (_count > values.size()) clear();
-		if (_tags.empty()) rebuild(values, MIN_SLOTS);
+		if (_slots.empty()) _slots.assign(MIN_SLOTS, Korvo::UInt64(EMPTY));
 		while (_count < values.size())
 		{
+			const T& value = *values.get(_count);
+			_hashes.push_back(_hash(value));
 			enter(values, _count++);
-			if (2*_count > _tags.size()) rebuild(values, 2*_tags.size());
+			if (2*_count > _slots.size()) rebuild(values, 2*_slots.size());
 		}
 	}
 
 	void enter(const VerbTable<T>& values, unsigned int index)
-		/// Enters the value at index, unless an equal one is there.
+		/// Enters the value at index, whose hash is known, unless an equal
+		/// one is there.
 	{
-		const T& value = *values.get(index);
-		Probe probe = locate(values, value, _hash(value));
-		if (!probe.found())
+		const Korvo::UInt32 hash = _hashes[index];
+		const std::size_t mask = _slots.size() - 1;
+		std::size_t i = hash & mask;
+		for (;;)
 		{
-			_tags[probe._slot] = probe._tag;
-			_indices[probe._slot] = index;
+			const Korvo::UInt64 slot = _slots[i];
+			if (slot == EMPTY) break;
+			if (static_cast<Korvo::UInt32>(slot >> 32) == hash && *values.get(static_cast<Korvo::UInt32>(slot) - 1) == *values.get(index)) return;
+			i = (i + 1) & mask;
 		}
+		_slots[i] = slotValue(hash, index);
 	}
 
 	void rebuild(const VerbTable<T>& values, std::size_t slots)
-		/// Re-enters the indexed values, in index order, into slots slots.
+		/// Re-enters the indexed values, in index order, into slots slots,
+		/// with the hashes they came with.
 	{
-		std::vector<unsigned char>(slots, static_cast<unsigned char>(EMPTY)).swap(_tags);
-		std::vector<Korvo::UInt32>(slots).swap(_indices);
+		std::vector<Korvo::UInt64>(slots, Korvo::UInt64(EMPTY)).swap(_slots);
 		for (unsigned int i = 0; i < _count; ++i) enter(values, i);
 	}
 
-	std::vector<unsigned char> _tags;
-	std::vector<Korvo::UInt32> _indices;
+	std::vector<Korvo::UInt64> _slots;
+	std::vector<Korvo::UInt32> _hashes;
+		/// The hash of each value below _count, by index.
 	unsigned int               _count;
 		/// The values from index 0 below _count are indexed.
 	ValueHash<T>               _hash;

@@ -101,6 +101,13 @@ public:
 		return chunk[offset];
 	}
 
+	void appendSpare()
+		/// Appends the object spare() returned last, as it is.
+	{
+		poco_assert_dbg (chunkOf(_size) < _chunkCount && _size - chunkStart(chunkOf(_size)) < _chunks[chunkOf(_size)]->size());
+		++_size;
+	}
+
 	unsigned int size() const
 		/// Number of stored values.
 	{

@@ -1,0 +1,162 @@
+//
+// NamespaceContext.cpp
+//
+// Library: FastInfoset
+// Package: Serializer
+// Module:  NamespaceContext
+//
+// Copyright (c) 2026, Korvo FastInfoset developers.
+//
+// SPDX-License-Identifier:	BSL-1.0
+//
+
+
+#include "NamespaceContext.h"
+#include "Korvo/FastInfoset/ValueIndex.h"
+#include <algorithm>
+
+
+using Korvo::XML::NamespaceSupport;
+
+
+namespace Korvo {
+namespace FastInfoset {
+
+
+namespace
+{
+	const std::string EMPTY;
+}
+
+
+NamespaceContext::NamespaceContext():
+	_size(0)
+{
+	reset();
+}
+
+
+void NamespaceContext::reset()
+{
+	_size = 0;
+	_marks.clear();
+	pushContext();
+	declarePrefix(NamespaceSupport::XML_NAMESPACE_PREFIX, NamespaceSupport::XML_NAMESPACE);
+	declarePrefix(NamespaceSupport::XMLNS_NAMESPACE_PREFIX, NamespaceSupport::XMLNS_NAMESPACE);
+}
+
+
+void NamespaceContext::pushContext()
+{
+	_marks.push_back(_size);
+}
+
+
+void NamespaceContext::popContext()
+{
+	poco_assert (!_marks.empty());
+	_size = _marks.back();
+	_marks.pop_back();
+}
+
+
+inline bool NamespaceContext::equal(const std::string& left, const std::string& right)
+{
+	return left.size() == right.size() && ValueHash<std::string>::sameOctets(left.data(), right.data(), left.size());
+}
+
+
+inline std::size_t NamespaceContext::currentMark() const
+{
+	poco_assert (!_marks.empty());
+	return _marks.back();
+}
+
+
+bool NamespaceContext::declarePrefix(const std::string& prefix, const std::string& uri)
+{
+	for (std::size_t i = currentMark(); i < _size; ++i)
+	{
+		if (equal(_bindings[i].prefix, prefix)) return false;
+	}
+	if (_size == _bindings.size()) _bindings.emplace_back();
+	Binding& binding = _bindings[_size++];
+	binding.prefix.assign(prefix);
+	binding.uri.assign(uri);
+	return true;
+}
+
+
+bool NamespaceContext::undeclarePrefix(const std::string& prefix)
+{
+	for (std::size_t i = _size; i-- > 0; )
+	{
+		if (!equal(_bindings[i].prefix, prefix)) continue;
+		// The binding's strings move to the spare end; the contexts above
+		// its own start one place earlier.
+		std::rotate(_bindings.begin() + i, _bindings.begin() + i + 1, _bindings.begin() + _size);
+		--_size;
+		for (std::size_t& mark: _marks)
+		{
+			if (mark > i) --mark;
+		}
+		return true;
+	}
+	return false;
+}
+
+
+const std::string& NamespaceContext::getURI(const std::string& prefix) const
+{
+	// A context declares a prefix once: the last declaration is the innermost.
+	for (std::size_t i = _size; i-- > 0; )
+	{
+		if (equal(_bindings[i].prefix, prefix)) return _bindings[i].uri;
+	}
+	return EMPTY;
+}
+
+
+const std::string& NamespaceContext::getPrefix(const std::string& uri) const
+{
+	std::size_t end = _size;
+	for (std::size_t k = _marks.size(); k-- > 0; )
+	{
+		const std::string* pFound = nullptr;
+		for (std::size_t i = _marks[k]; i < end; ++i)
+		{
+			if (equal(_bindings[i].uri, uri) && (!pFound || _bindings[i].prefix < *pFound)) pFound = &_bindings[i].prefix;
+		}
+		if (pFound) return *pFound;
+		end = _marks[k];
+	}
+	return EMPTY;
+}
+
+
+bool NamespaceContext::isMapped(const std::string& uri) const
+{
+	for (std::size_t i = 0; i < _size; ++i)
+	{
+		if (equal(_bindings[i].uri, uri)) return true;
+	}
+	return false;
+}
+
+
+void NamespaceContext::getDeclaredPrefixes(NamespaceSupport::PrefixSet& prefixes) const
+{
+	prefixes.clear();
+	for (std::size_t i = currentMark(); i < _size; ++i) prefixes.insert(_bindings[i].prefix);
+}
+
+
+void NamespaceContext::declaredBindings(std::vector<std::size_t>& positions) const
+{
+	positions.clear();
+	for (std::size_t i = currentMark(); i < _size; ++i) positions.push_back(i);
+	std::sort(positions.begin(), positions.end(), [this](std::size_t left, std::size_t right) { return _bindings[left].prefix < _bindings[right].prefix; });
+}
+
+
+} } // namespace Korvo::FastInfoset

@@ -1,0 +1,71 @@
+//
+// WriterState.h
+//
+// Library: FastInfoset
+// Package: Serializer
+// Module:  WriterState
+//
+// The working storage of a writer, kept from one writer to the next.
+//
+// Copyright (c) 2026, Korvo FastInfoset developers.
+//
+// SPDX-License-Identifier:	BSL-1.0
+//
+
+
+#ifndef FastInfoset_WriterState_INCLUDED
+#define FastInfoset_WriterState_INCLUDED
+
+
+#include "Korvo/FastInfoset/FastInfoset.h"
+#include "NamespaceContext.h"
+#include "QualifiedNameCache.h"
+#include <vector>
+
+
+namespace Korvo {
+namespace FastInfoset {
+
+
+class WriterState
+	/// What a writer fills while it writes and empties when it is done: the
+	/// namespace context, the names it has written and the positions of an
+	/// element's declarations. A writer takes one with take() and hands it
+	/// back with give(): the next writer made on the thread gets it, its
+	/// storage already grown, so that writing message after message with a
+	/// new writer each time allocates nothing for it.
+{
+public:
+	WriterState() = default;
+	~WriterState() = default;
+		/// Writers take and give states rather than make them.
+
+	static WriterState* take(const DocumentVocabulary& vocabulary);
+		/// A state with an empty namespace context (the xml and xmlns
+		/// prefixes only) and no known names, whose names come from the
+		/// tables of vocabulary. Belongs to the caller until give().
+
+	static void give(WriterState* pState);
+		/// Takes the state back, keeping it for the next take() on this
+		/// thread or deleting it. Never throws.
+
+	NamespaceContext          namespaces;
+	QualifiedNameCache        knownNames;
+	std::vector<std::size_t>  declarations;
+		/// Positions in namespaces of the element's own declarations, in prefix order.
+
+private:
+	enum
+	{
+		MAX_KEPT_NAMES = 4096
+	};
+
+	bool isSmall() const;
+		/// True when the state holds little enough storage to be kept.
+};
+
+
+} } // namespace Korvo::FastInfoset
+
+
+#endif // FastInfoset_WriterState_INCLUDED
