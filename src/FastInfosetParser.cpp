@@ -22,6 +22,7 @@
 #include "Korvo/FastInfoset/NullRefEncoding.h"
 #include "Korvo/FastInfoset/StringDecoder.h"
 #include "Korvo/FastInfoset/Utility.h"
+#include "ChangedString.h"
 #include "NewValueFilter.h"
 #include "RecycledAttributes.h"
 #include "VocabularyLimit.h"
@@ -161,7 +162,7 @@ void FastInfosetParser::reserveBuffers()
 	_attributeLists.resize(ATTRIBUTE_LISTS);
 	// Small enough for the allocator's quick sizes; the UTF-16 and alphabet
 	// buffers, which few documents need, grow when used.
-	_namespaceAttributes.reserve(NAMESPACE_ATTRIBUTES_CAPACITY);
+	_prefixMappings.reserve(NAMESPACE_ATTRIBUTES_CAPACITY);
 	_literalBuffer.reserve(SCRATCH_CAPACITY);
 	_qualifiedName.reserve(QUALIFIED_NAME_CAPACITY);
 	_pNullEncoding->content().reserve(SCRATCH_CAPACITY);
@@ -389,10 +390,7 @@ void FastInfosetParser::parseDocument(BitStreamReader& aReader)
 	_attributeNames.clear();
 	_unindexedStrings.clear();
 	// The tables are about to be rebuilt: no list may trust the strings it copied from.
-	for (auto& pList: _attributeLists)
-	{
-		if (pList) pList->forgetSources();
-	}
+	for (RecycledAttributes* pList: _madeLists) pList->forgetSources();
 	Decoder::documentPreHeader(aReader, _literalBuffer);
 	if (_pDocumentHandler) _pDocumentHandler->setWriteXMLDeclaration(!_literalBuffer.empty());
 	_externalVocabularies.beginDocument();
@@ -658,30 +656,48 @@ void FastInfosetParser::readBufferedChildren(BitStreamReader& aReader, std::size
 FastInfosetParser::BufferedRead FastInfosetParser::readBufferedElement(BitStreamReader& aReader, const unsigned char* pStart, const unsigned char*& p, const unsigned char* pEnd)
 {
 	const bool hasAttributes = (*p & 0x40) != 0;
-	// Namespace attributes (111000) take the general path.
-	if ((*p & 0x3F) == NAMESPACE_ATTRIBUTES) return BUFFERED_NONE;
+	_prefixMappings.clear();
+	const bool declares = (*p & 0x3F) == NAMESPACE_ATTRIBUTES;
+	if (declares)
+	{
+		// Namespace declarations (111000), whole in the window or all left
+		// to the general path; the name follows in the octet after their end.
+		if (!declarationsInPlace(p + 1, pEnd)) return BUFFERED_NONE;
+		++p;
+		while ((*p >> 4) != TERMINATOR) readBufferedDeclaration(p, pEnd);
+		++p;
+	}
 
 	// The name from the third bit: an index, or 1111, the presence bits of
 	// prefix and namespace name, and the identifying strings.
+	const unsigned char* const pName = p;
 	ResolvedQualName name;
 	unsigned nameIndex = 0;
+	bool named = false;
 	if ((*p & 0x3C) == 0x3C)
 	{
 		BufferedName literal;
 		literal.hasPrefix = (*p & 0x02) != 0;
 		literal.hasNamespace = (*p & 0x01) != 0;
 		++p;
-		if (!readBufferedName(p, pEnd, literal)) return BUFFERED_NONE;
-		nameIndex = addName(literal, true, name);
+		named = readBufferedName(p, pEnd, literal);
+		if (named) nameIndex = addName(literal, true, name);
 	}
-	else
+	else if (indexFromThirdBit(p, pEnd, nameIndex))
 	{
-		if (!indexFromThirdBit(p, pEnd, nameIndex)) return BUFFERED_NONE;
-		const ResolvedQualName* pName = knownName(nameIndex, true);
-		if (!pName) return BUFFERED_NONE;
-		name = *pName;
+		const ResolvedQualName* pKnown = knownName(nameIndex, true);
+		named = pKnown != nullptr;
+		if (named) name = *pKnown;
 	}
-	if (_namespaceAttributes.getLength() > 0) _namespaceAttributes.clear();
+	if (!named)
+	{
+		if (!declares) return BUFFERED_NONE;
+		// The declarations are made: the general path goes on from the name.
+		aReader.skipOctets(static_cast<std::size_t>(pName - pStart));
+		aReader.skip(2);
+		parseElementFromName(aReader, hasAttributes);
+		return BUFFERED_RESUMED;
+	}
 
 	const AttributesImpl* pAttributes = &_noAttributes;
 	bool endsAtOnce = false;
@@ -779,6 +795,19 @@ bool FastInfosetParser::readBufferedString(const unsigned char*& p, const unsign
 }
 
 
+bool FastInfosetParser::skipBufferedString(const unsigned char*& p, const unsigned char* pEnd, BufferedString& string)
+{
+	// As readBufferedString(), without asking the table about an index.
+	if (p == pEnd) return false;
+	string.pText = nullptr;
+	if (*p & 0x80) return indexFromSecondBit(p, pEnd, string.index);
+	if (!lengthInOctet<7>(p, pEnd, string.length)) return false;
+	string.pText = reinterpret_cast<const char*>(p);
+	p += string.length;
+	return true;
+}
+
+
 const std::string& FastInfosetParser::addString(DocumentVocabulary::ID id, const BufferedString& string, unsigned& index)
 {
 	Vocabulary<std::string>& table = *_vocabulary.vocabulary(id);
@@ -788,7 +817,7 @@ const std::string& FastInfosetParser::addString(DocumentVocabulary::ID id, const
 		return *table.lookup(index);
 	}
 	std::string& value = table.spare();
-	value.assign(string.pText, string.length);
+	assignChanged(value, string.pText, string.length);
 	return enterLiteral(id, table, value, index);
 }
 
@@ -813,6 +842,7 @@ unsigned FastInfosetParser::addName(const BufferedName& literal, bool isElement,
 	unsigned prefixIndex = 0;
 	unsigned namespaceIndex = 0;
 	unsigned localNameIndex = 0;
+	qualName.pQName = nullptr;
 	qualName.pPrefix = literal.hasPrefix ? &addString(DocumentVocabulary::PREFIX, literal.prefix, prefixIndex) : &EMPTY_STRING;
 	qualName.pUri = literal.hasNamespace ? &addString(DocumentVocabulary::NAMESPACE_NAME, literal.namespaceName, namespaceIndex) : &EMPTY_STRING;
 	qualName.pLocalName = &addString(DocumentVocabulary::LOCAL_NAME, literal.localName, localNameIndex);
@@ -820,7 +850,7 @@ unsigned FastInfosetParser::addName(const BufferedName& literal, bool isElement,
 }
 
 
-unsigned FastInfosetParser::enterName(const QualifiedNameEntry& name, bool isElement, const ResolvedQualName& qualName)
+unsigned FastInfosetParser::enterName(const QualifiedNameEntry& name, bool isElement, ResolvedQualName& qualName)
 {
 	// A name with a part that no table holds, or a full name table, is not
 	// indexed: the writer adds nothing either.
@@ -828,6 +858,7 @@ unsigned FastInfosetParser::enterName(const QualifiedNameEntry& name, bool isEle
 	if (name.prefixId() == NOT_INDEXED || name.namespaceId() == NOT_INDEXED || name.localNameId() == NOT_INDEXED || isFull(names)) return 0;
 	unsigned index = _pNameFilters[isElement ? 0 : 1].add(names, name);
 	rememberName(index, isElement, qualName);
+	if (isElement) qualName.pQName = _elementNames[index].pQName;
 	return index;
 }
 
@@ -912,7 +943,7 @@ const std::string& FastInfosetParser::addValue(DocumentVocabulary::ID id, const 
 	// new one is stored without a copy. A full table takes no more.
 	Vocabulary<std::string>& table = *_vocabulary.vocabulary(id);
 	std::string& value = table.spare();
-	value.assign(pText, length);
+	assignChanged(value, pText, length);
 	if (!isFull(table)) return *table.lookup(addLiteral(id, table, value));
 	return value;
 }
@@ -937,10 +968,7 @@ inline void FastInfosetParser::endElement()
 	{
 		_pContentHandler->endElement(*qualName.pUri, *qualName.pLocalName, qualifiedName(qualName));
 		// The shared list holds the declarations of the element that began last.
-		for (int i = 0; i < _namespaceAttributes.getLength(); ++i)
-		{
-			_pContentHandler->endPrefixMapping(_namespaceAttributes.getQName(i));
-		}
+		for (const std::string* pPrefix: _prefixMappings) _pContentHandler->endPrefixMapping(*pPrefix);
 	}
 }
 
@@ -1005,7 +1033,7 @@ void FastInfosetParser::parseElement(BitStreamReader& aReader)
 
 	const char* pMessage = "Unexpected end of stream while parsing element";
 	bool hasAttributes = readBit(aReader, pMessage);
-	if (_namespaceAttributes.getLength() > 0) _namespaceAttributes.clear();
+	_prefixMappings.clear();
 	unsigned char bits = 0;
 	if (!aReader.peek(bits, 6)) throw FISParseException(pMessage);
 	if (bits == NAMESPACE_ATTRIBUTES)
@@ -1017,12 +1045,18 @@ void FastInfosetParser::parseElement(BitStreamReader& aReader)
 		while (ns != TERMINATOR)
 		{
 			aReader.skip(2);
-			parseNamespaceAttribute(aReader, _namespaceAttributes);
+			const std::string* pNamespaceName = nullptr;
+			_prefixMappings.push_back(&declareNamespace(aReader, pNamespaceName));
 			ns = readBits(aReader, 4, pMessage);
 		}
 		skipBits(aReader, 6, pMessage);
 	}
+	parseElementFromName(aReader, hasAttributes);
+}
 
+
+void FastInfosetParser::parseElementFromName(BitStreamReader& aReader, bool hasAttributes)
+{
 	ResolvedQualName qualName;
 	const unsigned nameIndex = readQualifiedName(aReader, qualName, true);
 	RecycledAttributes* pList = nullptr;
@@ -1068,6 +1102,7 @@ inline const XMLString& FastInfosetParser::qualifiedName(const ResolvedQualName&
 {
 	if (_namespacePrefixes)
 	{
+		if (qualName.pQName) return *qualName.pQName;
 		if (qualName.pPrefix->empty())
 		{
 			_qualifiedName.clear();
@@ -1085,28 +1120,87 @@ inline const XMLString& FastInfosetParser::qualifiedName(const ResolvedQualName&
 
 void FastInfosetParser::parseNamespaceAttribute(BitStreamReader& aReader, AttributesImpl& attrs)
 {
+	const std::string* pNamespaceName = nullptr;
+	const std::string& prefix = declareNamespace(aReader, pNamespaceName);
+	AttributesImpl::Attribute& attr = attrs.addAttribute();
+	attr.namespaceURI = *pNamespaceName;
+	attr.qname = prefix;
+	attr.type.clear();
+	attr.specified = true;
+}
+
+
+const std::string& FastInfosetParser::declareNamespace(BitStreamReader& aReader, const std::string*& pNamespaceName)
+{
 	if (aReader.bitPos() != 6) throw FISEncodingException("Illegal startposition for a NamespaceAttribute value");
 
 	const char* pMessage = "Unexpected end of stream while parsing namespace attribute";
 	bool prefixPresent = readBit(aReader, pMessage);
 	bool namespacePresent = readBit(aReader, pMessage);
 	const std::string& prefix = parseCondIdentifyingStringOrIndex(aReader, prefixPresent, DocumentVocabulary::PREFIX);
-	const std::string& namespaceName = parseCondIdentifyingStringOrIndex(aReader, namespacePresent, DocumentVocabulary::NAMESPACE_NAME);
+	pNamespaceName = &parseCondIdentifyingStringOrIndex(aReader, namespacePresent, DocumentVocabulary::NAMESPACE_NAME);
+	if (_pContentHandler) _pContentHandler->startPrefixMapping(prefix, *pNamespaceName);
+	return prefix;
+}
 
-	AttributesImpl::Attribute& attr = attrs.addAttribute();
-	attr.namespaceURI = namespaceName;
-	attr.qname = prefix;
-	attr.type.clear();
-	attr.specified = true;
 
-	if (_pContentHandler) _pContentHandler->startPrefixMapping(prefix, namespaceName);
+bool FastInfosetParser::declarationsInPlace(const unsigned char* p, const unsigned char* pEnd)
+{
+	// Each declaration: 1100, two padding bits and the presence bits of
+	// prefix and namespace name, then the strings; 1111 and padding end the
+	// list, and the name begins in the next octet.
+	BufferedString string;
+	for (;;)
+	{
+		if (p == pEnd) return false;
+		const unsigned char head = *p++;
+		if ((head >> 4) == TERMINATOR) return p != pEnd;
+		if ((head & 0x02) && !skipBufferedString(p, pEnd, string)) return false;
+		if ((head & 0x01) && !skipBufferedString(p, pEnd, string)) return false;
+	}
+}
+
+
+void FastInfosetParser::readBufferedDeclaration(const unsigned char*& p, const unsigned char* pEnd)
+{
+	// As declareNamespace(), on a declaration that declarationsInPlace() has checked.
+	const unsigned char head = *p++;
+	const std::string* pPrefix = &EMPTY_STRING;
+	const std::string* pNamespaceName = &EMPTY_STRING;
+	BufferedString string;
+	unsigned index = 0;
+	if (head & 0x02)
+	{
+		skipBufferedString(p, pEnd, string);
+		pPrefix = &placeString(DocumentVocabulary::PREFIX, string, index);
+	}
+	if (head & 0x01)
+	{
+		skipBufferedString(p, pEnd, string);
+		pNamespaceName = &placeString(DocumentVocabulary::NAMESPACE_NAME, string, index);
+	}
+	_prefixMappings.push_back(pPrefix);
+	if (_pContentHandler) _pContentHandler->startPrefixMapping(*pPrefix, *pNamespaceName);
+}
+
+
+const std::string& FastInfosetParser::placeString(DocumentVocabulary::ID id, const BufferedString& string, unsigned& index)
+{
+	// An index past the table fails as it does on the general path.
+	if (!string.pText) return tableString(id, string.index);
+	return addString(id, string, index);
 }
 
 
 RecycledAttributes& FastInfosetParser::attributeList(unsigned elementIndex)
 {
 	std::unique_ptr<RecycledAttributes>& pList = _attributeLists[elementIndex < _attributeLists.size() ? elementIndex : 0];
-	if (!pList) pList.reset(new RecycledAttributes);
+	if (!pList)
+	{
+		_madeLists.reserve(_madeLists.size() + 1);
+		pList.reset(new RecycledAttributes);
+		_madeLists.push_back(pList.get());
+	}
 	return *pList;
 }
 
@@ -1179,6 +1273,7 @@ unsigned FastInfosetParser::readLiteralQualifiedName(BitStreamReader& aReader, R
 	unsigned prefixIndex = 0;
 	unsigned namespaceIndex = 0;
 	unsigned localNameIndex = 0;
+	qualName.pQName = nullptr;
 	qualName.pPrefix = prefixPresent ? &parseIdentifyingStringOrIndex(aReader, DocumentVocabulary::PREFIX, prefixIndex) : &EMPTY_STRING;
 	qualName.pUri = namespacePresent ? &parseIdentifyingStringOrIndex(aReader, DocumentVocabulary::NAMESPACE_NAME, namespaceIndex) : &EMPTY_STRING;
 	qualName.pLocalName = &parseIdentifyingStringOrIndex(aReader, DocumentVocabulary::LOCAL_NAME, localNameIndex);
@@ -1211,8 +1306,41 @@ const FastInfosetParser::ResolvedQualName& FastInfosetParser::resolveName(unsign
 void FastInfosetParser::rememberName(unsigned index, bool isElement, const ResolvedQualName& qualName)
 {
 	std::vector<ResolvedQualName>& names = isElement ? _elementNames : _attributeNames;
-	if (index >= names.size()) names.resize(index + 1);
-	names[index] = qualName;
+	// New names mostly come in table order.
+	if (index == names.size())
+		names.push_back(qualName);
+	else
+	{
+		if (index > names.size()) names.resize(index + 1);
+		names[index] = qualName;
+	}
+	if (isElement && _namespacePrefixes)
+	{
+		// The qualified name of a prefixed element is made once, not for each start and end.
+		ResolvedQualName& name = names[index];
+		if (name.pPrefix->empty())
+		{
+			name.pQName = &EMPTY_STRING;
+		}
+		else
+		{
+			if (index >= _qualifiedNames.size()) _qualifiedNames.resize(index + 1);
+			std::string& qname = _qualifiedNames[index];
+			const std::string& prefix = *name.pPrefix;
+			const std::string& localName = *name.pLocalName;
+			// Mostly the name this index had in the message before.
+			const std::size_t n = prefix.size();
+			if (qname.size() != n + 1 + localName.size() || qname[n] != ':'
+				|| std::memcmp(qname.data(), prefix.data(), n) != 0 || std::memcmp(qname.data() + n + 1, localName.data(), localName.size()) != 0)
+			{
+				qname.reserve(prefix.size() + 1 + localName.size());
+				qname.assign(prefix);
+				qname += ':';
+				qname += localName;
+			}
+			name.pQName = &qname;
+		}
+	}
 }
 
 

@@ -60,10 +60,24 @@ public:
 	unsigned int add(Vocabulary<T>& table, const T& value)
 		/// What table.index(value, existed) returns.
 	{
-		if (&table == _pTable && !_pIndexed)
+		if (&table == _pTable)
 		{
-			bool existed;
-			return table.index(value, existed);
+			if (!_pIndexed)
+			{
+				bool existed;
+				return table.index(value, existed);
+			}
+			// The common case, inline: a new value, appended without a search.
+			if (holdsCovered())
+			{
+				const Korvo::UInt32 hash = _hash(value);
+				if (!mayHold(hash) && _covered < LIMIT)
+				{
+					_pIndexed->append(value);
+					mark(hash);
+					return _covered++;
+				}
+			}
 		}
 		return filter(table, value);
 	}

@@ -1,0 +1,45 @@
+//
+// ChangedString.h
+//
+// Library: FastInfoset
+// Package: Parser
+// Module:  ChangedString
+//
+// Copyright (c) 2026, Korvo FastInfoset developers.
+//
+// SPDX-License-Identifier:	BSL-1.0
+//
+
+
+#ifndef FastInfoset_ChangedString_INCLUDED
+#define FastInfoset_ChangedString_INCLUDED
+
+
+#include <cstring>
+#include <string>
+
+
+namespace Korvo {
+namespace FastInfoset {
+
+
+inline void assignChanged(std::string& target, const char* pText, std::size_t length)
+	/// Assigns the length octets at pText to target unless it holds them
+	/// already. A parser reused for messages of one kind finds most strings
+	/// where the message before left them, and a comparison costs less than
+	/// a copy.
+{
+	if (target.size() != length || std::memcmp(target.data(), pText, length) != 0) target.assign(pText, length);
+}
+
+
+inline void assignChanged(std::string& target, const std::string& value)
+{
+	assignChanged(target, value.data(), value.size());
+}
+
+
+} } // namespace Korvo::FastInfoset
+
+
+#endif // FastInfoset_ChangedString_INCLUDED
