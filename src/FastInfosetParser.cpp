@@ -48,11 +48,11 @@ namespace FastInfoset {
 
 namespace
 {
-	const std::size_t SCRATCH_CAPACITY = 1024;
-	const std::size_t QUALIFIED_NAME_CAPACITY = 256;
 	const std::size_t NAMESPACE_ATTRIBUTES_CAPACITY = 4;
 	const std::size_t ATTRIBUTE_LISTS = 128;
 	const std::size_t OPEN_ELEMENTS_CAPACITY = 32;
+	const std::size_t MADE_LISTS_CAPACITY = 8;
+	const std::size_t NAMES_CAPACITY = 32;
 
 	const unsigned char TERMINATOR = 0x0F;
 	const unsigned char NAMESPACE_ATTRIBUTES = 0x38;
@@ -128,6 +128,7 @@ FastInfosetParser::FastInfosetParser(DocumentVocabulary::VocabularyImpl impl):
 	_pNullRefEncoding(new NullRefEncoding(EMPTY_STRING))
 {
 	reserveBuffers();
+	findTables();
 }
 
 
@@ -147,6 +148,7 @@ FastInfosetParser::FastInfosetParser(const DocumentVocabulary& vocabulary):
 	_pNullRefEncoding(new NullRefEncoding(EMPTY_STRING))
 {
 	reserveBuffers();
+	findTables();
 	if (!vocabulary.getURI().empty() && vocabulary.vocabulary(DocumentVocabulary::PREFIX))
 		_externalVocabularies.add(vocabulary.getURI(), vocabulary);
 }
@@ -160,13 +162,12 @@ FastInfosetParser::~FastInfosetParser()
 void FastInfosetParser::reserveBuffers()
 {
 	_attributeLists.resize(ATTRIBUTE_LISTS);
-	// Small enough for the allocator's quick sizes; the UTF-16 and alphabet
-	// buffers, which few documents need, grow when used.
+	// What every document with elements needs; the scratch strings, which
+	// many messages never use, grow when used and keep their storage.
 	_prefixMappings.reserve(NAMESPACE_ATTRIBUTES_CAPACITY);
-	_literalBuffer.reserve(SCRATCH_CAPACITY);
-	_qualifiedName.reserve(QUALIFIED_NAME_CAPACITY);
-	_pNullEncoding->content().reserve(SCRATCH_CAPACITY);
 	_openElements.reserve(OPEN_ELEMENTS_CAPACITY);
+	_elementNames.reserve(NAMES_CAPACITY);
+	_attributeNames.reserve(NAMES_CAPACITY);
 }
 
 
@@ -402,6 +403,7 @@ void FastInfosetParser::parseDocument(BitStreamReader& aReader)
 	catch (...)
 	{
 		_externalVocabularies.endHeader();
+		findTables();
 		throw;
 	}
 	_externalVocabularies.endHeader();
@@ -786,7 +788,7 @@ bool FastInfosetParser::readBufferedString(const unsigned char*& p, const unsign
 	if (*p & 0x80)
 	{
 		if (!indexFromSecondBit(p, pEnd, string.index)) return false;
-		return _vocabulary.vocabulary(id)->lookup(string.index) != nullptr;
+		return _pTables[id]->lookup(string.index) != nullptr;
 	}
 	if (!lengthInOctet<7>(p, pEnd, string.length)) return false;
 	string.pText = reinterpret_cast<const char*>(p);
@@ -810,7 +812,7 @@ bool FastInfosetParser::skipBufferedString(const unsigned char*& p, const unsign
 
 const std::string& FastInfosetParser::addString(DocumentVocabulary::ID id, const BufferedString& string, unsigned& index)
 {
-	Vocabulary<std::string>& table = *_vocabulary.vocabulary(id);
+	Vocabulary<std::string>& table = *_pTables[id];
 	if (!string.pText)
 	{
 		index = string.index;
@@ -854,7 +856,7 @@ unsigned FastInfosetParser::enterName(const QualifiedNameEntry& name, bool isEle
 {
 	// A name with a part that no table holds, or a full name table, is not
 	// indexed: the writer adds nothing either.
-	Vocabulary<QualifiedNameEntry>& names = getQNameVocabulary(isElement);
+	Vocabulary<QualifiedNameEntry>& names = *_pNameTables[isElement];
 	if (name.prefixId() == NOT_INDEXED || name.namespaceId() == NOT_INDEXED || name.localNameId() == NOT_INDEXED || isFull(names)) return 0;
 	unsigned index = _pNameFilters[isElement ? 0 : 1].add(names, name);
 	rememberName(index, isElement, qualName);
@@ -870,7 +872,7 @@ bool FastInfosetParser::readBufferedValue(const unsigned char*& p, const unsigne
 	{
 		unsigned index = 0;
 		if (!indexFromSecondBit(p, pEnd, index)) return false;
-		attribute.pIndexed = _vocabulary.vocabulary(DocumentVocabulary::ATTRIBUTE_VALUE)->lookup(index);
+		attribute.pIndexed = _pTables[DocumentVocabulary::ATTRIBUTE_VALUE]->lookup(index);
 		return attribute.pIndexed != nullptr;
 	}
 	// '0', add-to-table, 00 for UTF-8, then the length from the fifth bit.
@@ -891,7 +893,7 @@ bool FastInfosetParser::readBufferedCharacters(const unsigned char*& p, const un
 	{
 		unsigned index = 0;
 		if (!indexFromFourthBit(p, pEnd, index)) return false;
-		const std::string* pText = _vocabulary.vocabulary(DocumentVocabulary::CHARACTER_CONTENT_CHUNK)->lookup(index);
+		const std::string* pText = _pTables[DocumentVocabulary::CHARACTER_CONTENT_CHUNK]->lookup(index);
 		if (!pText) return false;
 		deliverText(*pText);
 		return true;
@@ -910,8 +912,20 @@ bool FastInfosetParser::readBufferedCharacters(const unsigned char*& p, const un
 }
 
 
+void FastInfosetParser::findTables()
+{
+	_pTables[DocumentVocabulary::RESTRICTED_ALPHABET] = nullptr;
+	_pTables[DocumentVocabulary::ENCODING_ALGORITHM] = nullptr;
+	for (unsigned id = DocumentVocabulary::PREFIX; id <= DocumentVocabulary::CHARACTER_CONTENT_CHUNK; ++id)
+		_pTables[id] = _vocabulary.vocabulary(static_cast<DocumentVocabulary::ID>(id));
+	_pNameTables[0] = _vocabulary.attributeVocabulary();
+	_pNameTables[1] = _vocabulary.elementVocabulary();
+}
+
+
 void FastInfosetParser::forgetTables()
 {
+	findTables();
 	const std::size_t stringTables = DocumentVocabulary::CHARACTER_CONTENT_CHUNK - DocumentVocabulary::PREFIX + 1;
 	if (!_pStringFilters)
 	{
@@ -932,7 +946,7 @@ inline unsigned FastInfosetParser::addLiteral(DocumentVocabulary::ID id, Vocabul
 
 void FastInfosetParser::addToItsTable(DocumentVocabulary::ID id, const std::string& value)
 {
-	Vocabulary<std::string>& table = *_vocabulary.vocabulary(id);
+	Vocabulary<std::string>& table = *_pTables[id];
 	if (!isFull(table)) addLiteral(id, table, value);
 }
 
@@ -941,7 +955,7 @@ const std::string& FastInfosetParser::addValue(DocumentVocabulary::ID id, const 
 {
 	// The value is built where the table keeps its next value, so that a
 	// new one is stored without a copy. A full table takes no more.
-	Vocabulary<std::string>& table = *_vocabulary.vocabulary(id);
+	Vocabulary<std::string>& table = *_pTables[id];
 	std::string& value = table.spare();
 	assignChanged(value, pText, length);
 	if (!isFull(table)) return *table.lookup(addLiteral(id, table, value));
@@ -955,7 +969,7 @@ inline const FastInfosetParser::ResolvedQualName* FastInfosetParser::knownName(u
 	// lies past the table, which the general path reports.
 	const std::vector<ResolvedQualName>& names = isElement ? _elementNames : _attributeNames;
 	if (index < names.size() && names[index].pLocalName) return &names[index];
-	if (!getQNameVocabulary(isElement).lookup(index)) return nullptr;
+	if (!_pNameTables[isElement]->lookup(index)) return nullptr;
 	return &resolvedName(index, isElement);
 }
 
@@ -1197,7 +1211,8 @@ RecycledAttributes& FastInfosetParser::attributeList(unsigned elementIndex)
 	std::unique_ptr<RecycledAttributes>& pList = _attributeLists[elementIndex < _attributeLists.size() ? elementIndex : 0];
 	if (!pList)
 	{
-		_madeLists.reserve(_madeLists.size() + 1);
+		// Room first, so that a list once made is always listed.
+		if (_madeLists.size() == _madeLists.capacity()) _madeLists.reserve(2*_madeLists.size() + MADE_LISTS_CAPACITY);
 		pList.reset(new RecycledAttributes);
 		_madeLists.push_back(pList.get());
 	}
@@ -1331,7 +1346,7 @@ void FastInfosetParser::rememberName(unsigned index, bool isElement, const Resol
 			// Mostly the name this index had in the message before.
 			const std::size_t n = prefix.size();
 			if (qname.size() != n + 1 + localName.size() || qname[n] != ':'
-				|| std::memcmp(qname.data(), prefix.data(), n) != 0 || std::memcmp(qname.data() + n + 1, localName.data(), localName.size()) != 0)
+				|| !sameOctets(qname.data(), prefix.data(), n) || !sameOctets(qname.data() + n + 1, localName.data(), localName.size()))
 			{
 				qname.reserve(prefix.size() + 1 + localName.size());
 				qname.assign(prefix);
@@ -1346,7 +1361,7 @@ void FastInfosetParser::rememberName(unsigned index, bool isElement, const Resol
 
 const QualifiedNameEntry& FastInfosetParser::getQualifiedNameEntry(unsigned idx, bool isElement)
 {
-	const Vocabulary<QualifiedNameEntry>& names = getQNameVocabulary(isElement);
+	const Vocabulary<QualifiedNameEntry>& names = *_pNameTables[isElement];
 	const QualifiedNameEntry* pEntry = names.lookup(idx);
 	return pEntry ? *pEntry : valueOutOfRange(names, idx);
 }
@@ -1370,7 +1385,7 @@ const std::string& FastInfosetParser::nameString(DocumentVocabulary::ID id, unsi
 
 inline const std::string& FastInfosetParser::tableString(DocumentVocabulary::ID id, unsigned index) const
 {
-	const Vocabulary<std::string>& table = *_vocabulary.vocabulary(id);
+	const Vocabulary<std::string>& table = *_pTables[id];
 	const std::string* pValue = table.lookup(index);
 	return pValue ? *pValue : valueOutOfRange(table, index);
 }
@@ -1389,7 +1404,7 @@ const std::string& FastInfosetParser::parseIdentifyingStringOrIndex(BitStreamRea
 	{
 		// Read where the table keeps its next value, so that a new one is
 		// stored without a copy.
-		Vocabulary<std::string>& table = *_vocabulary.vocabulary(id);
+		Vocabulary<std::string>& table = *_pTables[id];
 		std::string& value = table.spare();
 		Decoder::nonEmptyOctetString(aReader, value);
 		return enterLiteral(id, table, value, index);

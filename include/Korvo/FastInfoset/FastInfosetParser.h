@@ -376,6 +376,9 @@ private:
 	unsigned addLiteral(DocumentVocabulary::ID id, Vocabulary<std::string>& table, const std::string& value);
 		/// Adds value to table, which is table id, as its index-or-add
 		/// operation does; returns the index.
+	void findTables();
+		/// Takes the tables' addresses from the vocabulary, which a
+		/// document header may have changed.
 	void forgetTables();
 		/// Makes the filters start again from the tables, which a document
 		/// header has just set up.
@@ -425,6 +428,10 @@ private:
 	std::list<std::string>       _unindexedStrings;
 		/// Literal names that full tables did not take, kept for the
 		/// document's events.
+	Vocabulary<std::string>*     _pTables[DocumentVocabulary::CHARACTER_CONTENT_CHUNK + 1];
+		/// The vocabulary's string tables, from PREFIX on.
+	Vocabulary<QualifiedNameEntry>* _pNameTables[2];
+		/// The attribute-name table, then the element-name table.
 	std::unique_ptr<NewValueFilter<std::string>[]> _pStringFilters;
 		/// By table, from PREFIX on; made for the first document.
 	std::unique_ptr<NewValueFilter<QualifiedNameEntry>[]> _pNameFilters;
