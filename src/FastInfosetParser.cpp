@@ -107,6 +107,53 @@ namespace
 }
 
 
+namespace
+{
+	const std::size_t STRING_TABLES = DocumentVocabulary::CHARACTER_CONTENT_CHUNK - DocumentVocabulary::PREFIX + 1;
+
+	const std::size_t MAX_SPARE_NAMES = 4096;
+		// Parts that held more names than this are freed rather than kept.
+}
+
+
+class FastInfosetParser::SpareParts
+	/// The working storage of a destroyed parser (attribute lists, filters,
+	/// resolved and qualified names), kept for the next parser made on the
+	/// same thread: a parser made for each message then allocates little.
+	/// Once the thread's objects are being destroyed it keeps nothing.
+{
+public:
+	static SpareParts* get()
+		/// The thread's parts, or null once they are gone.
+	{
+		return _closed ? nullptr : &_parts;
+	}
+
+	~SpareParts()
+	{
+		_closed = true;
+	}
+
+	bool held = false;
+	std::vector<std::unique_ptr<RecycledAttributes>> attributeLists;
+	std::vector<RecycledAttributes*> madeLists;
+	std::deque<std::string> qualifiedNames;
+	std::vector<ResolvedQualName> elementNames;
+	std::vector<ResolvedQualName> attributeNames;
+	std::unique_ptr<NewValueFilter<std::string>[]> pStringFilters;
+	std::unique_ptr<NewValueFilter<QualifiedNameEntry>[]> pNameFilters;
+
+private:
+	static thread_local SpareParts _parts;
+	static thread_local bool _closed;
+		// Plain, so that it can still be read after the parts are destroyed.
+};
+
+
+thread_local FastInfosetParser::SpareParts FastInfosetParser::SpareParts::_parts;
+thread_local bool FastInfosetParser::SpareParts::_closed = false;
+
+
 const XMLString FastInfosetParser::EMPTY_STRING;
 const XMLString FastInfosetParser::XMLNS("xmlns");
 const XMLString FastInfosetParser::FEATURE_ATTRIBUTE_QNAMES("http://korvo.org/fastinfoset/features/attribute-qnames");
@@ -127,7 +174,7 @@ FastInfosetParser::FastInfosetParser(DocumentVocabulary::VocabularyImpl impl):
 	_pNullEncoding(new NullEncoding),
 	_pNullRefEncoding(new NullRefEncoding(EMPTY_STRING))
 {
-	reserveBuffers();
+	if (!takeSpareParts()) reserveBuffers();
 	findTables();
 }
 
@@ -147,7 +194,7 @@ FastInfosetParser::FastInfosetParser(const DocumentVocabulary& vocabulary):
 	_pNullEncoding(new NullEncoding),
 	_pNullRefEncoding(new NullRefEncoding(EMPTY_STRING))
 {
-	reserveBuffers();
+	if (!takeSpareParts()) reserveBuffers();
 	findTables();
 	if (!vocabulary.getURI().empty() && vocabulary.vocabulary(DocumentVocabulary::PREFIX))
 		_externalVocabularies.add(vocabulary.getURI(), vocabulary);
@@ -156,6 +203,48 @@ FastInfosetParser::FastInfosetParser(const DocumentVocabulary& vocabulary):
 
 FastInfosetParser::~FastInfosetParser()
 {
+	giveSpareParts();
+}
+
+
+bool FastInfosetParser::takeSpareParts()
+{
+	SpareParts* pSpare = SpareParts::get();
+	if (!pSpare || !pSpare->held) return false;
+	// Moves and swaps of what is there: nothing here can throw.
+	_attributeLists.swap(pSpare->attributeLists);
+	_madeLists.swap(pSpare->madeLists);
+	_qualifiedNames.swap(pSpare->qualifiedNames);
+	_elementNames.swap(pSpare->elementNames);
+	_attributeNames.swap(pSpare->attributeNames);
+	_pStringFilters = std::move(pSpare->pStringFilters);
+	_pNameFilters = std::move(pSpare->pNameFilters);
+	pSpare->held = false;
+	// Nothing of the other parser's tables may be trusted.
+	for (RecycledAttributes* pList: _madeLists) pList->forgetSources();
+	forgetFilters();
+	_prefixMappings.reserve(NAMESPACE_ATTRIBUTES_CAPACITY);
+	_openElements.reserve(OPEN_ELEMENTS_CAPACITY);
+	return true;
+}
+
+
+void FastInfosetParser::giveSpareParts()
+{
+	SpareParts* pSpare = SpareParts::get();
+	if (!pSpare || pSpare->held || _attributeLists.size() != ATTRIBUTE_LISTS || !_pStringFilters) return;
+	if (_qualifiedNames.size() > MAX_SPARE_NAMES || _elementNames.capacity() > MAX_SPARE_NAMES || _attributeNames.capacity() > MAX_SPARE_NAMES) return;
+	// What the next parser finds here is storage only: it makes every
+	// list copy its names again, and forgets every filter, before its
+	// first document.
+	_attributeLists.swap(pSpare->attributeLists);
+	_madeLists.swap(pSpare->madeLists);
+	_qualifiedNames.swap(pSpare->qualifiedNames);
+	_elementNames.swap(pSpare->elementNames);
+	_attributeNames.swap(pSpare->attributeNames);
+	pSpare->pStringFilters = std::move(_pStringFilters);
+	pSpare->pNameFilters = std::move(_pNameFilters);
+	pSpare->held = true;
 }
 
 
@@ -926,13 +1015,19 @@ void FastInfosetParser::findTables()
 void FastInfosetParser::forgetTables()
 {
 	findTables();
-	const std::size_t stringTables = DocumentVocabulary::CHARACTER_CONTENT_CHUNK - DocumentVocabulary::PREFIX + 1;
 	if (!_pStringFilters)
 	{
-		_pStringFilters.reset(new NewValueFilter<std::string>[stringTables]);
+		_pStringFilters.reset(new NewValueFilter<std::string>[STRING_TABLES]);
 		_pNameFilters.reset(new NewValueFilter<QualifiedNameEntry>[2]);
 	}
-	for (std::size_t i = 0; i < stringTables; ++i) _pStringFilters[i].forget();
+	forgetFilters();
+}
+
+
+void FastInfosetParser::forgetFilters()
+{
+	if (!_pStringFilters) return;
+	for (std::size_t i = 0; i < STRING_TABLES; ++i) _pStringFilters[i].forget();
 	_pNameFilters[0].forget();
 	_pNameFilters[1].forget();
 }

@@ -269,7 +269,15 @@ private:
 	FastInfosetParser(const FastInfosetParser&);
 	FastInfosetParser& operator = (const FastInfosetParser&);
 
+	class SpareParts;
+
 	void reserveBuffers();
+	bool takeSpareParts();
+		/// Takes the working storage a parser destroyed on this thread left,
+		/// if any.
+	void giveSpareParts();
+		/// Leaves the working storage for the next parser, unless one is
+		/// left already or it is large.
 	RecycledAttributes& attributeList(unsigned elementIndex);
 	const std::string& tableString(DocumentVocabulary::ID id, unsigned index) const;
 	const std::string& nameString(DocumentVocabulary::ID id, unsigned index) const;
@@ -382,6 +390,7 @@ private:
 	void forgetTables();
 		/// Makes the filters start again from the tables, which a document
 		/// header has just set up.
+	void forgetFilters();
 	const ResolvedQualName* knownName(unsigned index, bool isElement);
 		/// The resolved name at index, or null past the end of its table.
 
