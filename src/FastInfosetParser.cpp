@@ -118,7 +118,7 @@ namespace
 
 class FastInfosetParser::SpareParts
 	/// The working storage of a destroyed parser (attribute lists, filters,
-	/// resolved and qualified names), kept for the next parser made on the
+	/// resolved and qualified names, stacks), kept for the next parser made on the
 	/// same thread: a parser made for each message then allocates little.
 	/// Once the thread's objects are being destroyed it keeps nothing.
 {
@@ -142,6 +142,8 @@ public:
 	std::vector<ResolvedQualName> attributeNames;
 	std::unique_ptr<NewValueFilter<std::string>[]> pStringFilters;
 	std::unique_ptr<NewValueFilter<QualifiedNameEntry>[]> pNameFilters;
+	std::vector<ResolvedQualName> openElements;
+	std::vector<const std::string*> prefixMappings;
 
 private:
 	static thread_local SpareParts _parts;
@@ -219,12 +221,14 @@ bool FastInfosetParser::takeSpareParts()
 	_attributeNames.swap(pSpare->attributeNames);
 	_pStringFilters = std::move(pSpare->pStringFilters);
 	_pNameFilters = std::move(pSpare->pNameFilters);
+	_openElements.swap(pSpare->openElements);
+	_prefixMappings.swap(pSpare->prefixMappings);
 	pSpare->held = false;
 	// Nothing of the other parser's tables may be trusted.
 	for (RecycledAttributes* pList: _madeLists) pList->forgetSources();
 	forgetFilters();
-	_prefixMappings.reserve(NAMESPACE_ATTRIBUTES_CAPACITY);
-	_openElements.reserve(OPEN_ELEMENTS_CAPACITY);
+	_openElements.clear();
+	_prefixMappings.clear();
 	return true;
 }
 
@@ -233,7 +237,8 @@ void FastInfosetParser::giveSpareParts()
 {
 	SpareParts* pSpare = SpareParts::get();
 	if (!pSpare || pSpare->held || _attributeLists.size() != ATTRIBUTE_LISTS || !_pStringFilters) return;
-	if (_qualifiedNames.size() > MAX_SPARE_NAMES || _elementNames.capacity() > MAX_SPARE_NAMES || _attributeNames.capacity() > MAX_SPARE_NAMES) return;
+	if (_qualifiedNames.size() > MAX_SPARE_NAMES || _elementNames.capacity() > MAX_SPARE_NAMES || _attributeNames.capacity() > MAX_SPARE_NAMES
+		|| _openElements.capacity() > MAX_SPARE_NAMES) return;
 	// What the next parser finds here is storage only: it makes every
 	// list copy its names again, and forgets every filter, before its
 	// first document.
@@ -244,6 +249,8 @@ void FastInfosetParser::giveSpareParts()
 	_attributeNames.swap(pSpare->attributeNames);
 	pSpare->pStringFilters = std::move(_pStringFilters);
 	pSpare->pNameFilters = std::move(_pNameFilters);
+	_openElements.swap(pSpare->openElements);
+	_prefixMappings.swap(pSpare->prefixMappings);
 	pSpare->held = true;
 }
 
