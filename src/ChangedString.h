@@ -24,30 +24,27 @@ namespace Korvo {
 namespace FastInfoset {
 
 
+template <class Word>
+inline bool sameEnds(const char* pLeft, const char* pRight, std::size_t length)
+	/// Whether the first and the last Word of the length octets (at least
+	/// one Word, at most two) are equal at pLeft and at pRight.
+{
+	Word a, b, c, d;
+	std::memcpy(&a, pLeft, sizeof(Word));
+	std::memcpy(&b, pRight, sizeof(Word));
+	std::memcpy(&c, pLeft + length - sizeof(Word), sizeof(Word));
+	std::memcpy(&d, pRight + length - sizeof(Word), sizeof(Word));
+	return ((a ^ b) | (c ^ d)) == 0;
+}
+
+
 inline bool sameOctets(const char* pLeft, const char* pRight, std::size_t length)
 	/// Whether the length octets at pLeft and at pRight are equal: short
 	/// strings, most names and values, without a call.
 {
 	if (length > 16) return std::memcmp(pLeft, pRight, length) == 0;
-	if (length >= 8)
-	{
-		// Two words, the second one overlapping the first where shorter than 16.
-		Korvo::UInt64 a, b, c, d;
-		std::memcpy(&a, pLeft, 8);
-		std::memcpy(&b, pRight, 8);
-		std::memcpy(&c, pLeft + length - 8, 8);
-		std::memcpy(&d, pRight + length - 8, 8);
-		return ((a ^ b) | (c ^ d)) == 0;
-	}
-	if (length >= 4)
-	{
-		Korvo::UInt32 a, b, c, d;
-		std::memcpy(&a, pLeft, 4);
-		std::memcpy(&b, pRight, 4);
-		std::memcpy(&c, pLeft + length - 4, 4);
-		std::memcpy(&d, pRight + length - 4, 4);
-		return ((a ^ b) | (c ^ d)) == 0;
-	}
+	if (length >= 8) return sameEnds<Korvo::UInt64>(pLeft, pRight, length);
+	if (length >= 4) return sameEnds<Korvo::UInt32>(pLeft, pRight, length);
 	for (std::size_t i = 0; i < length; ++i)
 	{
 		if (pLeft[i] != pRight[i]) return false;
