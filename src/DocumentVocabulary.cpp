@@ -297,7 +297,10 @@ bool DocumentVocabulary::emptyTables()
 	}
 	if (!isStandardTable(_pElementVocabulary, NAME_TABLE_SIZE) || !isStandardTable(_pAttributeVocabulary, NAME_TABLE_SIZE)) return false;
 
-	for (std::size_t id = PREFIX; id < TABLE_SLOTS; ++id) emptyTable(*_vocabularies[id]);
+	// The built-in prefix and namespace name stay where init() would put them again.
+	keepBuiltIn(*_vocabularies[PREFIX], xmlPrefix());
+	keepBuiltIn(*_vocabularies[NAMESPACE_NAME], xmlNamespace());
+	for (std::size_t id = NAMESPACE_NAME + 1; id < TABLE_SLOTS; ++id) emptyTable(*_vocabularies[id]);
 	emptyTable(*_pElementVocabulary);
 	emptyTable(*_pAttributeVocabulary);
 	return true;
@@ -322,11 +325,23 @@ bool DocumentVocabulary::isStandardTable(const Vocabulary<T>* pTable, unsigned i
 }
 
 
+void DocumentVocabulary::keepBuiltIn(Vocabulary<std::string>& table, const std::string& builtIn)
+{
+	const std::string* pFirst = table.lookup(0);
+	const std::string* pSecond = table.lookup(1);
+	if (pFirst && pFirst->empty() && pSecond && *pSecond == builtIn)
+		table.truncate(2);
+	else
+		emptyTable(table);
+}
+
+
 template <class T>
 void DocumentVocabulary::emptyTable(Vocabulary<T>& table)
 {
 	// Down to the placeholder; a table made without one (a difference) gets one.
-	if (!table.empty() && table.value(0) == T())
+	const T* pFirst = table.lookup(0);
+	if (pFirst && *pFirst == T())
 	{
 		table.truncate(1);
 	}
@@ -385,14 +400,33 @@ void DocumentVocabulary::create()
 }
 
 
-void DocumentVocabulary::init()
+const std::string& DocumentVocabulary::xmlPrefix()
+{
+	static const std::string XML_PREFIX("xml");
+	return XML_PREFIX;
+}
+
+
+const std::string& DocumentVocabulary::xmlNamespace()
 {
 	// Made once: the namespace name is too long to be built without allocating.
-	static const std::string XML_PREFIX("xml");
 	static const std::string XML_NAMESPACE("http://www.w3.org/XML/1998/namespace");
+	return XML_NAMESPACE;
+}
+
+
+void DocumentVocabulary::init()
+{
+	// Tables that emptyTables() left with their built-in entry keep it.
 	bool dummy;
-	poco_assert (_vocabularies[DocumentVocabulary::PREFIX]->index(XML_PREFIX, dummy) == 1);
-	poco_assert (_vocabularies[DocumentVocabulary::NAMESPACE_NAME]->index(XML_NAMESPACE, dummy) == 1);
+	if (_vocabularies[DocumentVocabulary::PREFIX]->size() != 2)
+	{
+		poco_assert (_vocabularies[DocumentVocabulary::PREFIX]->index(xmlPrefix(), dummy) == 1);
+	}
+	if (_vocabularies[DocumentVocabulary::NAMESPACE_NAME]->size() != 2)
+	{
+		poco_assert (_vocabularies[DocumentVocabulary::NAMESPACE_NAME]->index(xmlNamespace(), dummy) == 1);
+	}
 }
 
 

@@ -22,6 +22,7 @@
 #include "Korvo/FastInfoset/NullRefEncoding.h"
 #include "Korvo/FastInfoset/StringDecoder.h"
 #include "Korvo/FastInfoset/Utility.h"
+#include "ChangedString.h"
 #include "NewValueFilter.h"
 #include "RecycledAttributes.h"
 #include "VocabularyLimit.h"
@@ -47,11 +48,11 @@ namespace FastInfoset {
 
 namespace
 {
-	const std::size_t SCRATCH_CAPACITY = 1024;
-	const std::size_t QUALIFIED_NAME_CAPACITY = 256;
 	const std::size_t NAMESPACE_ATTRIBUTES_CAPACITY = 4;
 	const std::size_t ATTRIBUTE_LISTS = 128;
 	const std::size_t OPEN_ELEMENTS_CAPACITY = 32;
+	const std::size_t MADE_LISTS_CAPACITY = 8;
+	const std::size_t NAMES_CAPACITY = 32;
 
 	const unsigned char TERMINATOR = 0x0F;
 	const unsigned char NAMESPACE_ATTRIBUTES = 0x38;
@@ -106,6 +107,55 @@ namespace
 }
 
 
+namespace
+{
+	const std::size_t STRING_TABLES = DocumentVocabulary::CHARACTER_CONTENT_CHUNK - DocumentVocabulary::PREFIX + 1;
+
+	const std::size_t MAX_SPARE_NAMES = 4096;
+		// Parts that held more names than this are freed rather than kept.
+}
+
+
+class FastInfosetParser::SpareParts
+	/// The working storage of a destroyed parser (attribute lists, filters,
+	/// resolved and qualified names, stacks), kept for the next parser made on the
+	/// same thread: a parser made for each message then allocates little.
+	/// Once the thread's objects are being destroyed it keeps nothing.
+{
+public:
+	static SpareParts* get()
+		/// The thread's parts, or null once they are gone.
+	{
+		return _closed ? nullptr : &_parts;
+	}
+
+	~SpareParts()
+	{
+		_closed = true;
+	}
+
+	bool held = false;
+	std::vector<std::unique_ptr<RecycledAttributes>> attributeLists;
+	std::vector<RecycledAttributes*> madeLists;
+	std::deque<std::string> qualifiedNames;
+	std::vector<ResolvedQualName> elementNames;
+	std::vector<ResolvedQualName> attributeNames;
+	std::unique_ptr<NewValueFilter<std::string>[]> pStringFilters;
+	std::unique_ptr<NewValueFilter<QualifiedNameEntry>[]> pNameFilters;
+	std::vector<ResolvedQualName> openElements;
+	std::vector<const std::string*> prefixMappings;
+
+private:
+	static thread_local SpareParts _parts;
+	static thread_local bool _closed;
+		// Plain, so that it can still be read after the parts are destroyed.
+};
+
+
+thread_local FastInfosetParser::SpareParts FastInfosetParser::SpareParts::_parts;
+thread_local bool FastInfosetParser::SpareParts::_closed = false;
+
+
 const XMLString FastInfosetParser::EMPTY_STRING;
 const XMLString FastInfosetParser::XMLNS("xmlns");
 const XMLString FastInfosetParser::FEATURE_ATTRIBUTE_QNAMES("http://korvo.org/fastinfoset/features/attribute-qnames");
@@ -126,7 +176,8 @@ FastInfosetParser::FastInfosetParser(DocumentVocabulary::VocabularyImpl impl):
 	_pNullEncoding(new NullEncoding),
 	_pNullRefEncoding(new NullRefEncoding(EMPTY_STRING))
 {
-	reserveBuffers();
+	if (!takeSpareParts()) reserveBuffers();
+	findTables();
 }
 
 
@@ -145,7 +196,8 @@ FastInfosetParser::FastInfosetParser(const DocumentVocabulary& vocabulary):
 	_pNullEncoding(new NullEncoding),
 	_pNullRefEncoding(new NullRefEncoding(EMPTY_STRING))
 {
-	reserveBuffers();
+	if (!takeSpareParts()) reserveBuffers();
+	findTables();
 	if (!vocabulary.getURI().empty() && vocabulary.vocabulary(DocumentVocabulary::PREFIX))
 		_externalVocabularies.add(vocabulary.getURI(), vocabulary);
 }
@@ -153,19 +205,65 @@ FastInfosetParser::FastInfosetParser(const DocumentVocabulary& vocabulary):
 
 FastInfosetParser::~FastInfosetParser()
 {
+	giveSpareParts();
+}
+
+
+bool FastInfosetParser::takeSpareParts()
+{
+	SpareParts* pSpare = SpareParts::get();
+	if (!pSpare || !pSpare->held) return false;
+	// Moves and swaps of what is there: nothing here can throw.
+	_attributeLists.swap(pSpare->attributeLists);
+	_madeLists.swap(pSpare->madeLists);
+	_qualifiedNames.swap(pSpare->qualifiedNames);
+	_elementNames.swap(pSpare->elementNames);
+	_attributeNames.swap(pSpare->attributeNames);
+	_pStringFilters = std::move(pSpare->pStringFilters);
+	_pNameFilters = std::move(pSpare->pNameFilters);
+	_openElements.swap(pSpare->openElements);
+	_prefixMappings.swap(pSpare->prefixMappings);
+	pSpare->held = false;
+	// Nothing of the other parser's tables may be trusted.
+	for (RecycledAttributes* pList: _madeLists) pList->forgetSources();
+	forgetFilters();
+	_openElements.clear();
+	_prefixMappings.clear();
+	return true;
+}
+
+
+void FastInfosetParser::giveSpareParts()
+{
+	SpareParts* pSpare = SpareParts::get();
+	if (!pSpare || pSpare->held || _attributeLists.size() != ATTRIBUTE_LISTS || !_pStringFilters) return;
+	if (_qualifiedNames.size() > MAX_SPARE_NAMES || _elementNames.capacity() > MAX_SPARE_NAMES || _attributeNames.capacity() > MAX_SPARE_NAMES
+		|| _openElements.capacity() > MAX_SPARE_NAMES) return;
+	// What the next parser finds here is storage only: it makes every
+	// list copy its names again, and forgets every filter, before its
+	// first document.
+	_attributeLists.swap(pSpare->attributeLists);
+	_madeLists.swap(pSpare->madeLists);
+	_qualifiedNames.swap(pSpare->qualifiedNames);
+	_elementNames.swap(pSpare->elementNames);
+	_attributeNames.swap(pSpare->attributeNames);
+	pSpare->pStringFilters = std::move(_pStringFilters);
+	pSpare->pNameFilters = std::move(_pNameFilters);
+	_openElements.swap(pSpare->openElements);
+	_prefixMappings.swap(pSpare->prefixMappings);
+	pSpare->held = true;
 }
 
 
 void FastInfosetParser::reserveBuffers()
 {
 	_attributeLists.resize(ATTRIBUTE_LISTS);
-	// Small enough for the allocator's quick sizes; the UTF-16 and alphabet
-	// buffers, which few documents need, grow when used.
-	_namespaceAttributes.reserve(NAMESPACE_ATTRIBUTES_CAPACITY);
-	_literalBuffer.reserve(SCRATCH_CAPACITY);
-	_qualifiedName.reserve(QUALIFIED_NAME_CAPACITY);
-	_pNullEncoding->content().reserve(SCRATCH_CAPACITY);
+	// What every document with elements needs; the scratch strings, which
+	// many messages never use, grow when used and keep their storage.
+	_prefixMappings.reserve(NAMESPACE_ATTRIBUTES_CAPACITY);
 	_openElements.reserve(OPEN_ELEMENTS_CAPACITY);
+	_elementNames.reserve(NAMES_CAPACITY);
+	_attributeNames.reserve(NAMES_CAPACITY);
 }
 
 
@@ -389,10 +487,7 @@ void FastInfosetParser::parseDocument(BitStreamReader& aReader)
 	_attributeNames.clear();
 	_unindexedStrings.clear();
 	// The tables are about to be rebuilt: no list may trust the strings it copied from.
-	for (auto& pList: _attributeLists)
-	{
-		if (pList) pList->forgetSources();
-	}
+	for (RecycledAttributes* pList: _madeLists) pList->forgetSources();
 	Decoder::documentPreHeader(aReader, _literalBuffer);
 	if (_pDocumentHandler) _pDocumentHandler->setWriteXMLDeclaration(!_literalBuffer.empty());
 	_externalVocabularies.beginDocument();
@@ -404,6 +499,7 @@ void FastInfosetParser::parseDocument(BitStreamReader& aReader)
 	catch (...)
 	{
 		_externalVocabularies.endHeader();
+		findTables();
 		throw;
 	}
 	_externalVocabularies.endHeader();
@@ -658,30 +754,48 @@ void FastInfosetParser::readBufferedChildren(BitStreamReader& aReader, std::size
 FastInfosetParser::BufferedRead FastInfosetParser::readBufferedElement(BitStreamReader& aReader, const unsigned char* pStart, const unsigned char*& p, const unsigned char* pEnd)
 {
 	const bool hasAttributes = (*p & 0x40) != 0;
-	// Namespace attributes (111000) take the general path.
-	if ((*p & 0x3F) == NAMESPACE_ATTRIBUTES) return BUFFERED_NONE;
+	_prefixMappings.clear();
+	const bool declares = (*p & 0x3F) == NAMESPACE_ATTRIBUTES;
+	if (declares)
+	{
+		// Namespace declarations (111000), whole in the window or all left
+		// to the general path; the name follows in the octet after their end.
+		if (!declarationsInPlace(p + 1, pEnd)) return BUFFERED_NONE;
+		++p;
+		while ((*p >> 4) != TERMINATOR) readBufferedDeclaration(p, pEnd);
+		++p;
+	}
 
 	// The name from the third bit: an index, or 1111, the presence bits of
 	// prefix and namespace name, and the identifying strings.
+	const unsigned char* const pName = p;
 	ResolvedQualName name;
 	unsigned nameIndex = 0;
+	bool named = false;
 	if ((*p & 0x3C) == 0x3C)
 	{
 		BufferedName literal;
 		literal.hasPrefix = (*p & 0x02) != 0;
 		literal.hasNamespace = (*p & 0x01) != 0;
 		++p;
-		if (!readBufferedName(p, pEnd, literal)) return BUFFERED_NONE;
-		nameIndex = addName(literal, true, name);
+		named = readBufferedName(p, pEnd, literal);
+		if (named) nameIndex = addName(literal, true, name);
 	}
-	else
+	else if (indexFromThirdBit(p, pEnd, nameIndex))
 	{
-		if (!indexFromThirdBit(p, pEnd, nameIndex)) return BUFFERED_NONE;
-		const ResolvedQualName* pName = knownName(nameIndex, true);
-		if (!pName) return BUFFERED_NONE;
-		name = *pName;
+		const ResolvedQualName* pKnown = knownName(nameIndex, true);
+		named = pKnown != nullptr;
+		if (named) name = *pKnown;
 	}
-	if (_namespaceAttributes.getLength() > 0) _namespaceAttributes.clear();
+	if (!named)
+	{
+		if (!declares) return BUFFERED_NONE;
+		// The declarations are made: the general path goes on from the name.
+		aReader.skipOctets(static_cast<std::size_t>(pName - pStart));
+		aReader.skip(2);
+		parseElementFromName(aReader, hasAttributes);
+		return BUFFERED_RESUMED;
+	}
 
 	const AttributesImpl* pAttributes = &_noAttributes;
 	bool endsAtOnce = false;
@@ -770,8 +884,21 @@ bool FastInfosetParser::readBufferedString(const unsigned char*& p, const unsign
 	if (*p & 0x80)
 	{
 		if (!indexFromSecondBit(p, pEnd, string.index)) return false;
-		return _vocabulary.vocabulary(id)->lookup(string.index) != nullptr;
+		return _pTables[id]->lookup(string.index) != nullptr;
 	}
+	if (!lengthInOctet<7>(p, pEnd, string.length)) return false;
+	string.pText = reinterpret_cast<const char*>(p);
+	p += string.length;
+	return true;
+}
+
+
+bool FastInfosetParser::skipBufferedString(const unsigned char*& p, const unsigned char* pEnd, BufferedString& string)
+{
+	// As readBufferedString(), without asking the table about an index.
+	if (p == pEnd) return false;
+	string.pText = nullptr;
+	if (*p & 0x80) return indexFromSecondBit(p, pEnd, string.index);
 	if (!lengthInOctet<7>(p, pEnd, string.length)) return false;
 	string.pText = reinterpret_cast<const char*>(p);
 	p += string.length;
@@ -781,14 +908,14 @@ bool FastInfosetParser::readBufferedString(const unsigned char*& p, const unsign
 
 const std::string& FastInfosetParser::addString(DocumentVocabulary::ID id, const BufferedString& string, unsigned& index)
 {
-	Vocabulary<std::string>& table = *_vocabulary.vocabulary(id);
+	Vocabulary<std::string>& table = *_pTables[id];
 	if (!string.pText)
 	{
 		index = string.index;
 		return *table.lookup(index);
 	}
 	std::string& value = table.spare();
-	value.assign(string.pText, string.length);
+	assignChanged(value, string.pText, string.length);
 	return enterLiteral(id, table, value, index);
 }
 
@@ -813,6 +940,7 @@ unsigned FastInfosetParser::addName(const BufferedName& literal, bool isElement,
 	unsigned prefixIndex = 0;
 	unsigned namespaceIndex = 0;
 	unsigned localNameIndex = 0;
+	qualName.pQName = nullptr;
 	qualName.pPrefix = literal.hasPrefix ? &addString(DocumentVocabulary::PREFIX, literal.prefix, prefixIndex) : &EMPTY_STRING;
 	qualName.pUri = literal.hasNamespace ? &addString(DocumentVocabulary::NAMESPACE_NAME, literal.namespaceName, namespaceIndex) : &EMPTY_STRING;
 	qualName.pLocalName = &addString(DocumentVocabulary::LOCAL_NAME, literal.localName, localNameIndex);
@@ -820,14 +948,15 @@ unsigned FastInfosetParser::addName(const BufferedName& literal, bool isElement,
 }
 
 
-unsigned FastInfosetParser::enterName(const QualifiedNameEntry& name, bool isElement, const ResolvedQualName& qualName)
+unsigned FastInfosetParser::enterName(const QualifiedNameEntry& name, bool isElement, ResolvedQualName& qualName)
 {
 	// A name with a part that no table holds, or a full name table, is not
 	// indexed: the writer adds nothing either.
-	Vocabulary<QualifiedNameEntry>& names = getQNameVocabulary(isElement);
+	Vocabulary<QualifiedNameEntry>& names = *_pNameTables[isElement];
 	if (name.prefixId() == NOT_INDEXED || name.namespaceId() == NOT_INDEXED || name.localNameId() == NOT_INDEXED || isFull(names)) return 0;
 	unsigned index = _pNameFilters[isElement ? 0 : 1].add(names, name);
 	rememberName(index, isElement, qualName);
+	if (isElement) qualName.pQName = _elementNames[index].pQName;
 	return index;
 }
 
@@ -839,7 +968,7 @@ bool FastInfosetParser::readBufferedValue(const unsigned char*& p, const unsigne
 	{
 		unsigned index = 0;
 		if (!indexFromSecondBit(p, pEnd, index)) return false;
-		attribute.pIndexed = _vocabulary.vocabulary(DocumentVocabulary::ATTRIBUTE_VALUE)->lookup(index);
+		attribute.pIndexed = _pTables[DocumentVocabulary::ATTRIBUTE_VALUE]->lookup(index);
 		return attribute.pIndexed != nullptr;
 	}
 	// '0', add-to-table, 00 for UTF-8, then the length from the fifth bit.
@@ -860,7 +989,7 @@ bool FastInfosetParser::readBufferedCharacters(const unsigned char*& p, const un
 	{
 		unsigned index = 0;
 		if (!indexFromFourthBit(p, pEnd, index)) return false;
-		const std::string* pText = _vocabulary.vocabulary(DocumentVocabulary::CHARACTER_CONTENT_CHUNK)->lookup(index);
+		const std::string* pText = _pTables[DocumentVocabulary::CHARACTER_CONTENT_CHUNK]->lookup(index);
 		if (!pText) return false;
 		deliverText(*pText);
 		return true;
@@ -879,15 +1008,33 @@ bool FastInfosetParser::readBufferedCharacters(const unsigned char*& p, const un
 }
 
 
+void FastInfosetParser::findTables()
+{
+	_pTables[DocumentVocabulary::RESTRICTED_ALPHABET] = nullptr;
+	_pTables[DocumentVocabulary::ENCODING_ALGORITHM] = nullptr;
+	for (unsigned id = DocumentVocabulary::PREFIX; id <= DocumentVocabulary::CHARACTER_CONTENT_CHUNK; ++id)
+		_pTables[id] = _vocabulary.vocabulary(static_cast<DocumentVocabulary::ID>(id));
+	_pNameTables[0] = _vocabulary.attributeVocabulary();
+	_pNameTables[1] = _vocabulary.elementVocabulary();
+}
+
+
 void FastInfosetParser::forgetTables()
 {
-	const std::size_t stringTables = DocumentVocabulary::CHARACTER_CONTENT_CHUNK - DocumentVocabulary::PREFIX + 1;
+	findTables();
 	if (!_pStringFilters)
 	{
-		_pStringFilters.reset(new NewValueFilter<std::string>[stringTables]);
+		_pStringFilters.reset(new NewValueFilter<std::string>[STRING_TABLES]);
 		_pNameFilters.reset(new NewValueFilter<QualifiedNameEntry>[2]);
 	}
-	for (std::size_t i = 0; i < stringTables; ++i) _pStringFilters[i].forget();
+	forgetFilters();
+}
+
+
+void FastInfosetParser::forgetFilters()
+{
+	if (!_pStringFilters) return;
+	for (std::size_t i = 0; i < STRING_TABLES; ++i) _pStringFilters[i].forget();
 	_pNameFilters[0].forget();
 	_pNameFilters[1].forget();
 }
@@ -901,7 +1048,7 @@ inline unsigned FastInfosetParser::addLiteral(DocumentVocabulary::ID id, Vocabul
 
 void FastInfosetParser::addToItsTable(DocumentVocabulary::ID id, const std::string& value)
 {
-	Vocabulary<std::string>& table = *_vocabulary.vocabulary(id);
+	Vocabulary<std::string>& table = *_pTables[id];
 	if (!isFull(table)) addLiteral(id, table, value);
 }
 
@@ -910,9 +1057,9 @@ const std::string& FastInfosetParser::addValue(DocumentVocabulary::ID id, const 
 {
 	// The value is built where the table keeps its next value, so that a
 	// new one is stored without a copy. A full table takes no more.
-	Vocabulary<std::string>& table = *_vocabulary.vocabulary(id);
+	Vocabulary<std::string>& table = *_pTables[id];
 	std::string& value = table.spare();
-	value.assign(pText, length);
+	assignChanged(value, pText, length);
 	if (!isFull(table)) return *table.lookup(addLiteral(id, table, value));
 	return value;
 }
@@ -924,7 +1071,7 @@ inline const FastInfosetParser::ResolvedQualName* FastInfosetParser::knownName(u
 	// lies past the table, which the general path reports.
 	const std::vector<ResolvedQualName>& names = isElement ? _elementNames : _attributeNames;
 	if (index < names.size() && names[index].pLocalName) return &names[index];
-	if (!getQNameVocabulary(isElement).lookup(index)) return nullptr;
+	if (!_pNameTables[isElement]->lookup(index)) return nullptr;
 	return &resolvedName(index, isElement);
 }
 
@@ -937,10 +1084,7 @@ inline void FastInfosetParser::endElement()
 	{
 		_pContentHandler->endElement(*qualName.pUri, *qualName.pLocalName, qualifiedName(qualName));
 		// The shared list holds the declarations of the element that began last.
-		for (int i = 0; i < _namespaceAttributes.getLength(); ++i)
-		{
-			_pContentHandler->endPrefixMapping(_namespaceAttributes.getQName(i));
-		}
+		for (const std::string* pPrefix: _prefixMappings) _pContentHandler->endPrefixMapping(*pPrefix);
 	}
 }
 
@@ -1005,7 +1149,7 @@ void FastInfosetParser::parseElement(BitStreamReader& aReader)
 
 	const char* pMessage = "Unexpected end of stream while parsing element";
 	bool hasAttributes = readBit(aReader, pMessage);
-	if (_namespaceAttributes.getLength() > 0) _namespaceAttributes.clear();
+	_prefixMappings.clear();
 	unsigned char bits = 0;
 	if (!aReader.peek(bits, 6)) throw FISParseException(pMessage);
 	if (bits == NAMESPACE_ATTRIBUTES)
@@ -1017,12 +1161,18 @@ void FastInfosetParser::parseElement(BitStreamReader& aReader)
 		while (ns != TERMINATOR)
 		{
 			aReader.skip(2);
-			parseNamespaceAttribute(aReader, _namespaceAttributes);
+			const std::string* pNamespaceName = nullptr;
+			_prefixMappings.push_back(&declareNamespace(aReader, pNamespaceName));
 			ns = readBits(aReader, 4, pMessage);
 		}
 		skipBits(aReader, 6, pMessage);
 	}
+	parseElementFromName(aReader, hasAttributes);
+}
 
+
+void FastInfosetParser::parseElementFromName(BitStreamReader& aReader, bool hasAttributes)
+{
 	ResolvedQualName qualName;
 	const unsigned nameIndex = readQualifiedName(aReader, qualName, true);
 	RecycledAttributes* pList = nullptr;
@@ -1068,6 +1218,7 @@ inline const XMLString& FastInfosetParser::qualifiedName(const ResolvedQualName&
 {
 	if (_namespacePrefixes)
 	{
+		if (qualName.pQName) return *qualName.pQName;
 		if (qualName.pPrefix->empty())
 		{
 			_qualifiedName.clear();
@@ -1085,28 +1236,88 @@ inline const XMLString& FastInfosetParser::qualifiedName(const ResolvedQualName&
 
 void FastInfosetParser::parseNamespaceAttribute(BitStreamReader& aReader, AttributesImpl& attrs)
 {
+	const std::string* pNamespaceName = nullptr;
+	const std::string& prefix = declareNamespace(aReader, pNamespaceName);
+	AttributesImpl::Attribute& attr = attrs.addAttribute();
+	attr.namespaceURI = *pNamespaceName;
+	attr.qname = prefix;
+	attr.type.clear();
+	attr.specified = true;
+}
+
+
+const std::string& FastInfosetParser::declareNamespace(BitStreamReader& aReader, const std::string*& pNamespaceName)
+{
 	if (aReader.bitPos() != 6) throw FISEncodingException("Illegal startposition for a NamespaceAttribute value");
 
 	const char* pMessage = "Unexpected end of stream while parsing namespace attribute";
 	bool prefixPresent = readBit(aReader, pMessage);
 	bool namespacePresent = readBit(aReader, pMessage);
 	const std::string& prefix = parseCondIdentifyingStringOrIndex(aReader, prefixPresent, DocumentVocabulary::PREFIX);
-	const std::string& namespaceName = parseCondIdentifyingStringOrIndex(aReader, namespacePresent, DocumentVocabulary::NAMESPACE_NAME);
+	pNamespaceName = &parseCondIdentifyingStringOrIndex(aReader, namespacePresent, DocumentVocabulary::NAMESPACE_NAME);
+	if (_pContentHandler) _pContentHandler->startPrefixMapping(prefix, *pNamespaceName);
+	return prefix;
+}
 
-	AttributesImpl::Attribute& attr = attrs.addAttribute();
-	attr.namespaceURI = namespaceName;
-	attr.qname = prefix;
-	attr.type.clear();
-	attr.specified = true;
 
-	if (_pContentHandler) _pContentHandler->startPrefixMapping(prefix, namespaceName);
+bool FastInfosetParser::declarationsInPlace(const unsigned char* p, const unsigned char* pEnd)
+{
+	// Each declaration: 1100, two padding bits and the presence bits of
+	// prefix and namespace name, then the strings; 1111 and padding end the
+	// list, and the name begins in the next octet.
+	BufferedString string;
+	for (;;)
+	{
+		if (p == pEnd) return false;
+		const unsigned char head = *p++;
+		if ((head >> 4) == TERMINATOR) return p != pEnd;
+		if ((head & 0x02) && !skipBufferedString(p, pEnd, string)) return false;
+		if ((head & 0x01) && !skipBufferedString(p, pEnd, string)) return false;
+	}
+}
+
+
+void FastInfosetParser::readBufferedDeclaration(const unsigned char*& p, const unsigned char* pEnd)
+{
+	// As declareNamespace(), on a declaration that declarationsInPlace() has checked.
+	const unsigned char head = *p++;
+	const std::string* pPrefix = &EMPTY_STRING;
+	const std::string* pNamespaceName = &EMPTY_STRING;
+	BufferedString string;
+	unsigned index = 0;
+	if (head & 0x02)
+	{
+		skipBufferedString(p, pEnd, string);
+		pPrefix = &placeString(DocumentVocabulary::PREFIX, string, index);
+	}
+	if (head & 0x01)
+	{
+		skipBufferedString(p, pEnd, string);
+		pNamespaceName = &placeString(DocumentVocabulary::NAMESPACE_NAME, string, index);
+	}
+	_prefixMappings.push_back(pPrefix);
+	if (_pContentHandler) _pContentHandler->startPrefixMapping(*pPrefix, *pNamespaceName);
+}
+
+
+const std::string& FastInfosetParser::placeString(DocumentVocabulary::ID id, const BufferedString& string, unsigned& index)
+{
+	// An index past the table fails as it does on the general path.
+	if (!string.pText) return tableString(id, string.index);
+	return addString(id, string, index);
 }
 
 
 RecycledAttributes& FastInfosetParser::attributeList(unsigned elementIndex)
 {
 	std::unique_ptr<RecycledAttributes>& pList = _attributeLists[elementIndex < _attributeLists.size() ? elementIndex : 0];
-	if (!pList) pList.reset(new RecycledAttributes);
+	if (!pList)
+	{
+		// Room first, so that a list once made is always listed.
+		if (_madeLists.size() == _madeLists.capacity()) _madeLists.reserve(2*_madeLists.size() + MADE_LISTS_CAPACITY);
+		pList.reset(new RecycledAttributes);
+		_madeLists.push_back(pList.get());
+	}
 	return *pList;
 }
 
@@ -1179,6 +1390,7 @@ unsigned FastInfosetParser::readLiteralQualifiedName(BitStreamReader& aReader, R
 	unsigned prefixIndex = 0;
 	unsigned namespaceIndex = 0;
 	unsigned localNameIndex = 0;
+	qualName.pQName = nullptr;
 	qualName.pPrefix = prefixPresent ? &parseIdentifyingStringOrIndex(aReader, DocumentVocabulary::PREFIX, prefixIndex) : &EMPTY_STRING;
 	qualName.pUri = namespacePresent ? &parseIdentifyingStringOrIndex(aReader, DocumentVocabulary::NAMESPACE_NAME, namespaceIndex) : &EMPTY_STRING;
 	qualName.pLocalName = &parseIdentifyingStringOrIndex(aReader, DocumentVocabulary::LOCAL_NAME, localNameIndex);
@@ -1211,14 +1423,47 @@ const FastInfosetParser::ResolvedQualName& FastInfosetParser::resolveName(unsign
 void FastInfosetParser::rememberName(unsigned index, bool isElement, const ResolvedQualName& qualName)
 {
 	std::vector<ResolvedQualName>& names = isElement ? _elementNames : _attributeNames;
-	if (index >= names.size()) names.resize(index + 1);
-	names[index] = qualName;
+	// New names mostly come in table order.
+	if (index == names.size())
+		names.push_back(qualName);
+	else
+	{
+		if (index > names.size()) names.resize(index + 1);
+		names[index] = qualName;
+	}
+	if (isElement && _namespacePrefixes)
+	{
+		// The qualified name of a prefixed element is made once, not for each start and end.
+		ResolvedQualName& name = names[index];
+		if (name.pPrefix->empty())
+		{
+			name.pQName = &EMPTY_STRING;
+		}
+		else
+		{
+			if (index >= _qualifiedNames.size()) _qualifiedNames.resize(index + 1);
+			std::string& qname = _qualifiedNames[index];
+			const std::string& prefix = *name.pPrefix;
+			const std::string& localName = *name.pLocalName;
+			// Mostly the name this index had in the message before.
+			const std::size_t n = prefix.size();
+			if (qname.size() != n + 1 + localName.size() || qname[n] != ':'
+				|| !sameOctets(qname.data(), prefix.data(), n) || !sameOctets(qname.data() + n + 1, localName.data(), localName.size()))
+			{
+				qname.reserve(prefix.size() + 1 + localName.size());
+				qname.assign(prefix);
+				qname += ':';
+				qname += localName;
+			}
+			name.pQName = &qname;
+		}
+	}
 }
 
 
 const QualifiedNameEntry& FastInfosetParser::getQualifiedNameEntry(unsigned idx, bool isElement)
 {
-	const Vocabulary<QualifiedNameEntry>& names = getQNameVocabulary(isElement);
+	const Vocabulary<QualifiedNameEntry>& names = *_pNameTables[isElement];
 	const QualifiedNameEntry* pEntry = names.lookup(idx);
 	return pEntry ? *pEntry : valueOutOfRange(names, idx);
 }
@@ -1242,7 +1487,7 @@ const std::string& FastInfosetParser::nameString(DocumentVocabulary::ID id, unsi
 
 inline const std::string& FastInfosetParser::tableString(DocumentVocabulary::ID id, unsigned index) const
 {
-	const Vocabulary<std::string>& table = *_vocabulary.vocabulary(id);
+	const Vocabulary<std::string>& table = *_pTables[id];
 	const std::string* pValue = table.lookup(index);
 	return pValue ? *pValue : valueOutOfRange(table, index);
 }
@@ -1261,7 +1506,7 @@ const std::string& FastInfosetParser::parseIdentifyingStringOrIndex(BitStreamRea
 	{
 		// Read where the table keeps its next value, so that a new one is
 		// stored without a copy.
-		Vocabulary<std::string>& table = *_vocabulary.vocabulary(id);
+		Vocabulary<std::string>& table = *_pTables[id];
 		std::string& value = table.spare();
 		Decoder::nonEmptyOctetString(aReader, value);
 		return enterLiteral(id, table, value, index);

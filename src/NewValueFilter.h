@@ -34,8 +34,8 @@ namespace FastInfoset {
 template <class T>
 class NewValueFilter
 	/// Adds the literals of a document to one table as its index-or-add
-	/// operation does, but cheaper while the table is small: two bits of a
-	/// 512-bit set per value the table holds tell when a value cannot be
+	/// operation does, but cheaper while the table is small: a bit of a
+	/// 2048-bit set per value the table holds tells when a value cannot be
 	/// there, and such a value is appended without a search. A value that
 	/// may be there, a table without value lookup or a large table takes
 	/// the table's own operation.
@@ -60,10 +60,24 @@ public:
 	unsigned int add(Vocabulary<T>& table, const T& value)
 		/// What table.index(value, existed) returns.
 	{
-		if (&table == _pTable && !_pIndexed)
+		if (&table == _pTable)
 		{
-			bool existed;
-			return table.index(value, existed);
+			if (!_pIndexed)
+			{
+				bool existed;
+				return table.index(value, existed);
+			}
+			// The common case, inline: a new value, appended without a search.
+			if (holdsCovered())
+			{
+				const Korvo::UInt32 hash = _hash(value);
+				if (!mayHold(hash) && _covered < LIMIT)
+				{
+					_pIndexed->append(value);
+					mark(hash);
+					return _covered++;
+				}
+			}
 		}
 		return filter(table, value);
 	}
@@ -73,7 +87,7 @@ private:
 	{
 		LIMIT = 64,
 			/// Tables beyond this size use their own index.
-		WORDS = 8
+		WORDS = 32
 	};
 
 	unsigned int __attribute__((noinline)) filter(Vocabulary<T>& table, const T& value)
@@ -130,13 +144,12 @@ private:
 
 	bool mayHold(Korvo::UInt32 hash) const
 	{
-		return (_bits[(hash >> 6) & (WORDS - 1)] & bit(hash)) && (_bits[(hash >> 15) & (WORDS - 1)] & bit(hash >> 9));
+		return (_bits[(hash >> 6) & (WORDS - 1)] & bit(hash)) != 0;
 	}
 
 	void mark(Korvo::UInt32 hash)
 	{
 		_bits[(hash >> 6) & (WORDS - 1)] |= bit(hash);
-		_bits[(hash >> 15) & (WORDS - 1)] |= bit(hash >> 9);
 	}
 
 	static Korvo::UInt64 bit(Korvo::UInt32 hash)

@@ -12,6 +12,7 @@
 
 
 #include "RecycledAttributes.h"
+#include "ChangedString.h"
 
 
 using Korvo::XML::AttributesImpl;
@@ -38,13 +39,13 @@ RecycledAttributes::RecycledAttributes():
 
 void RecycledAttributes::add(const std::string* pURI, const std::string* pLocalName, const std::string& value, const std::string* pPrefix)
 {
-	next(pURI, pLocalName, pPrefix).value = value;
+	assignChanged(next(pURI, pLocalName, pPrefix).value, value);
 }
 
 
 void RecycledAttributes::add(const std::string* pURI, const std::string* pLocalName, const char* pValue, std::size_t length, const std::string* pPrefix)
 {
-	next(pURI, pLocalName, pPrefix).value.assign(pValue, length);
+	assignChanged(next(pURI, pLocalName, pPrefix).value, pValue, length);
 }
 
 
@@ -63,12 +64,12 @@ AttributesImpl::Attribute& RecycledAttributes::next(const std::string* pURI, con
 	}
 	if (source.pURI != pURI)
 	{
-		attr.namespaceURI = *pURI;
+		assignChanged(attr.namespaceURI, *pURI);
 		source.pURI = pURI;
 	}
 	if (source.pLocalName != pLocalName)
 	{
-		attr.localName = *pLocalName;
+		assignChanged(attr.localName, *pLocalName);
 		source.pLocalName = pLocalName;
 	}
 	++_count;

@@ -122,6 +122,8 @@ TEST(ParserRobustnessTest, DocumentsCutShortOrCorrupted)
 		{"no namespace attribute", FIS_HEADER + "38", "Unexpected end of stream while parsing element"},
 		{"no attribute value", FIS_HEADER + "7C 00 61 78 00 62", "Unexpected end of stream while parsing non identifying string or index"},
 		{"no local name", FIS_HEADER + "3C", "Unexpected end of stream while parsing identifying string or index"},
+		{"no name after namespace declarations", FIS_HEADER + "38 CD 00 61 F0 3C", "Unexpected end of stream while parsing identifying string or index"},
+		{"no end of namespace declarations", FIS_HEADER + "38 CD 00 61", "Unexpected end of stream while parsing element"},
 		{"no notation", "E0 00 00 01 10", "Unexpected end of stream while parsing notation"},
 		{"no unparsed entity", "E0 00 00 01 08", "Unexpected end of stream while parsing unparsed entity"},
 		{"no doctype end", FIS_HEADER + "C4", "Unexpected end of stream while parsing document type declaration"},
@@ -165,6 +167,8 @@ TEST(ParserRobustnessTest, IndexPastATableFailsAsTheTableDoes)
 	cases[] =
 	{
 		{"element name", FIS_HEADER + "01 F0"},
+		{"element name after namespace declarations", FIS_HEADER + "38 CD 00 61 F0 01 F0"},
+		{"declared namespace name", FIS_HEADER + "38 CD 81 F0 3C 00 65 F0"},
 		{"attribute name", FIS_HEADER + "7C 00 61 00 80 FF F0"},
 		{"local name", FIS_HEADER + "3C 81 FF"},
 		{"attribute value", FIS_HEADER + "7C 00 61 78 00 62 81 FF F0"},

@@ -156,6 +156,38 @@ INSTANTIATE_TEST_SUITE_P(Fixtures, ParserTableKindsTest, ::testing::ValuesIn(fix
 	});
 
 
+TEST(ParserTableKindsSequenceTest, ParsersReadEachDocumentAlikeWhateverCameBefore)
+{
+	// Every document after every other, with one parser for all and with one
+	// made for each: what one document left in the parser's storage (or in
+	// the storage a destroyed parser leaves to the next) never shows.
+	const std::vector<Fixture> all = fixtures();
+	if (all.front().fis.empty()) GTEST_SKIP() << "no documents in " << FIXTURES.string();
+	std::vector<std::string> documents;
+	for (const Fixture& fixture: all) documents.push_back(Korvo::FastInfoset::Test::readFileOctets(fixture.fis.string()));
+	for (DV::VocabularyImpl impl: {DV::VOC_MAP, DV::VOC_VECTOR})
+	{
+		std::vector<Parsed> first;
+		for (const std::string& fis: documents) first.push_back(parse(fis, impl));
+		FastInfosetParser reused(impl);
+		for (std::size_t step = 0; step < 2*documents.size(); ++step)
+		{
+			// Forwards, then backwards.
+			const std::size_t i = step < documents.size() ? step : 2*documents.size() - 1 - step;
+			SCOPED_TRACE(all[i].fis.string());
+			Korvo::FastInfoset::Test::PlainSaxRecorder recorder;
+			reused.setContentHandler(&recorder);
+			reused.setProperty(Korvo::XML::XMLReader::PROPERTY_LEXICAL_HANDLER, static_cast<Korvo::XML::LexicalHandler*>(&recorder));
+			reused.parseMemoryNP(documents[i].data(), documents[i].size());
+			EXPECT_EQ(first[i].events, recorder.events());
+			expectSameVocabulary(*first[i].pVocabulary, reused.vocabulary());
+			const Parsed made = parse(documents[i], impl);
+			EXPECT_EQ(first[i].events, made.events);
+		}
+	}
+}
+
+
 TEST(ParserTableKindsRepeatTest, ALiteralRepeatingATableValueIsFoundByIndexedTablesOnly)
 {
 	// n different chunks, then one that repeats the first: indexed tables

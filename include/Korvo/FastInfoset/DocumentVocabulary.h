@@ -170,6 +170,11 @@ private:
 	bool isStandardTable(const Vocabulary<T>* pTable, unsigned int size) const;
 	template <class T>
 	static void emptyTable(Vocabulary<T>& table);
+	static void keepBuiltIn(Vocabulary<std::string>& table, const std::string& builtIn);
+		/// Empties table down to the placeholder and builtIn, when it holds
+		/// them at 0 and 1, else as emptyTable().
+	static const std::string& xmlPrefix();
+	static const std::string& xmlNamespace();
 	template <class T>
 	static void copyValues(const Vocabulary<T>& from, Vocabulary<T>& to);
 	void swap(DocumentVocabulary& other);

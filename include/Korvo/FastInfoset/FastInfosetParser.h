@@ -28,6 +28,7 @@
 #include "Poco/SAX/XMLReader.h"
 #include "Poco/SAX/AttributesImpl.h"
 #include <cstddef>
+#include <deque>
 #include <list>
 #include <memory>
 #include <string>
@@ -96,13 +97,17 @@ public:
 		ResolvedQualName():
 			pPrefix(0),
 			pUri(0),
-			pLocalName(0)
+			pLocalName(0),
+			pQName(0)
 		{
 		}
 
 		const std::string* pPrefix;
 		const std::string* pUri;
 		const std::string* pLocalName;
+		const std::string* pQName;
+			/// "prefix:local", made once for an element name the table
+			/// holds; null where it is made for each event.
 	};
 
 	static const Korvo::XML::XMLString EMPTY_STRING;
@@ -264,7 +269,15 @@ private:
 	FastInfosetParser(const FastInfosetParser&);
 	FastInfosetParser& operator = (const FastInfosetParser&);
 
+	class SpareParts;
+
 	void reserveBuffers();
+	bool takeSpareParts();
+		/// Takes the working storage a parser destroyed on this thread left,
+		/// if any.
+	void giveSpareParts();
+		/// Leaves the working storage for the next parser, unless one is
+		/// left already or it is large.
 	RecycledAttributes& attributeList(unsigned elementIndex);
 	const std::string& tableString(DocumentVocabulary::ID id, unsigned index) const;
 	const std::string& nameString(DocumentVocabulary::ID id, unsigned index) const;
@@ -279,6 +292,10 @@ private:
 	void deliver(const Encoding& value);
 	void deliverText(const std::string& text);
 		/// Plain text, which reaches a typed handler as characters() too.
+	void parseElementFromName(BitStreamReader& aReader, bool hasAttributes);
+		/// The rest of an element, from its name at the third bit.
+	const std::string& declareNamespace(BitStreamReader& aReader, const std::string*& pNamespaceName);
+		/// Reads a namespace declaration and reports it; returns its prefix.
 	void endElement();
 		/// The events that close the innermost open element.
 
@@ -337,6 +354,15 @@ private:
 	bool readBufferedString(const unsigned char*& p, const unsigned char* pEnd, DocumentVocabulary::ID id, BufferedString& string);
 		/// These read one item at p, advancing p past it, or return false
 		/// when it needs the general path; they add nothing to the tables.
+	bool skipBufferedString(const unsigned char*& p, const unsigned char* pEnd, BufferedString& string);
+		/// readBufferedString() without checking an index against its table.
+	bool declarationsInPlace(const unsigned char* p, const unsigned char* pEnd);
+		/// Whether the namespace declarations at p, and the octet after
+		/// them, lie whole before pEnd.
+	void readBufferedDeclaration(const unsigned char*& p, const unsigned char* pEnd);
+		/// Makes and reports the declaration at p, which declarationsInPlace() checked.
+	const std::string& placeString(DocumentVocabulary::ID id, const BufferedString& string, unsigned& index);
+		/// addString() for a string whose index was not checked.
 	const std::string& addString(DocumentVocabulary::ID id, const BufferedString& string, unsigned& index);
 	unsigned addName(const BufferedName& literal, bool isElement, ResolvedQualName& qualName);
 		/// Add what was read in place to the tables, as the general path
@@ -344,9 +370,10 @@ private:
 	const std::string& enterLiteral(DocumentVocabulary::ID id, Vocabulary<std::string>& table, std::string& value, unsigned& index);
 		/// Adds value, a literal built in the table's spare storage, unless
 		/// the table is full; returns the string its names refer to.
-	unsigned enterName(const QualifiedNameEntry& name, bool isElement, const ResolvedQualName& qualName);
+	unsigned enterName(const QualifiedNameEntry& name, bool isElement, ResolvedQualName& qualName);
 		/// Adds a literal name to its table, unless a part or the table
-		/// stays unindexed; returns its index or 0.
+		/// stays unindexed; returns its index or 0. An element name that
+		/// enters gets its stored qualified name.
 	void finishElement(BitStreamReader& aReader, const ResolvedQualName& qualName, RecycledAttributes* pList);
 		/// Reads an element from its attributes on (when pList is given)
 		/// and reports its start.
@@ -357,9 +384,13 @@ private:
 	unsigned addLiteral(DocumentVocabulary::ID id, Vocabulary<std::string>& table, const std::string& value);
 		/// Adds value to table, which is table id, as its index-or-add
 		/// operation does; returns the index.
+	void findTables();
+		/// Takes the tables' addresses from the vocabulary, which a
+		/// document header may have changed.
 	void forgetTables();
 		/// Makes the filters start again from the tables, which a document
 		/// header has just set up.
+	void forgetFilters();
 	const ResolvedQualName* knownName(unsigned index, bool isElement);
 		/// The resolved name at index, or null past the end of its table.
 
@@ -378,8 +409,11 @@ private:
 	std::vector<std::unique_ptr<RecycledAttributes>> _attributeLists;
 		/// The attribute list of each of the first element names, by name
 		/// index, made when first needed; later names share the one at 0.
+	std::vector<RecycledAttributes*> _madeLists;
+		/// The lists of _attributeLists made so far.
 	const Korvo::XML::AttributesImpl _noAttributes;
-	Korvo::XML::AttributesImpl   _namespaceAttributes;
+	std::vector<const std::string*> _prefixMappings;
+		/// The prefixes that the element begun last declared.
 	std::string                  _octetBuffer;
 		/// Raw octets of a UTF-8, UTF-16 or restricted-alphabet string.
 	std::string                  _textBuffer;
@@ -396,9 +430,17 @@ private:
 		/// Element-name table entries resolved so far, by index.
 	std::vector<ResolvedQualName> _attributeNames;
 		/// Attribute-name table entries resolved so far, by index.
+	std::deque<std::string>      _qualifiedNames;
+		/// The prefixed qualified names of _elementNames, by index. Only
+		/// grows, so that a string keeps its place and its storage from
+		/// document to document.
 	std::list<std::string>       _unindexedStrings;
 		/// Literal names that full tables did not take, kept for the
 		/// document's events.
+	Vocabulary<std::string>*     _pTables[DocumentVocabulary::CHARACTER_CONTENT_CHUNK + 1];
+		/// The vocabulary's string tables, from PREFIX on.
+	Vocabulary<QualifiedNameEntry>* _pNameTables[2];
+		/// The attribute-name table, then the element-name table.
 	std::unique_ptr<NewValueFilter<std::string>[]> _pStringFilters;
 		/// By table, from PREFIX on; made for the first document.
 	std::unique_ptr<NewValueFilter<QualifiedNameEntry>[]> _pNameFilters;

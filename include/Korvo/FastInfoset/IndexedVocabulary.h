@@ -67,7 +67,7 @@ public:
 		valueExisted = probe.found();
 		if (valueExisted) return probe.index();
 		const unsigned int newIndex = this->_index.size();
-		if (newIndex >= _capacity) throw Korvo::PoolOverflowException("Vocabulary hash table full");
+		if (newIndex >= _capacity) full();
 		T& slot = this->_index.spare();
 		if (static_cast<const void*>(&slot) != static_cast<const void*>(&value)) slot = value;
 		this->_index.appendSpare();
@@ -80,7 +80,7 @@ public:
 		/// first of equal values): for copying a table whose indices must
 		/// not change.
 	{
-		if (this->_index.size() >= _capacity) throw Korvo::PoolOverflowException("Vocabulary hash table full");
+		if (this->_index.size() >= _capacity) full();
 		this->_index.push_back(value);
 	}
 
@@ -131,6 +131,12 @@ protected:
 	unsigned int capacity() const
 	{
 		return _capacity;
+	}
+
+	[[noreturn]] static void __attribute__((noinline, cold)) full()
+		/// Kept apart, so that adding stays small enough to inline.
+	{
+		throw Korvo::PoolOverflowException("Vocabulary hash table full");
 	}
 
 	void addPlaceholder()

@@ -94,11 +94,13 @@ public:
 		/// over from earlier use.
 	{
 		std::size_t k = chunkOf(_size);
-		if (k == _chunkCount) addChunk();
-		std::vector<T>& chunk = *_chunks[k];
-		std::size_t offset = _size - chunkStart(k);
-		if (offset == chunk.size()) chunk.emplace_back();
-		return chunk[offset];
+		if (k < _chunkCount)
+		{
+			std::vector<T>& chunk = *_chunks[k];
+			std::size_t offset = _size - chunkStart(k);
+			if (offset < chunk.size()) return chunk[offset];
+		}
+		return newSpare();
 	}
 
 	void appendSpare()
@@ -179,6 +181,16 @@ private:
 		// Chunk k starts at 16 * (2^k - 1): find it directly instead of walking.
 		unsigned int q = idx/INITIAL_CHUNK_SIZE + 1;
 		return 31 - static_cast<unsigned int>(__builtin_clz(q));
+	}
+
+	T& __attribute__((noinline)) newSpare()
+		/// spare() where the object is still to be made.
+	{
+		std::size_t k = chunkOf(_size);
+		if (k == _chunkCount) addChunk();
+		std::vector<T>& chunk = *_chunks[k];
+		chunk.emplace_back();
+		return chunk.back();
 	}
 
 	void addChunk()
