@@ -145,6 +145,7 @@ FastInfosetWriter::FastInfosetWriter(std::ostream& ostr, bool writeXMLDeclaratio
 	_documentStarted(false),
 	_pState(nullptr),
 	_knownNamesComplete(false),
+	_vocabularyFresh(true),
 	_vocabularyIsExternal(false),
 	_pendingPrefixes(0),
 	_prefixesEnded(false)
@@ -164,6 +165,7 @@ FastInfosetWriter::FastInfosetWriter(std::ostream& ostr, bool writeXMLDeclaratio
 	_documentStarted(false),
 	_pState(nullptr),
 	_knownNamesComplete(false),
+	_vocabularyFresh(false),
 	_vocabularyIsExternal(false),
 	_pendingPrefixes(0),
 	_prefixesEnded(false)
@@ -229,6 +231,7 @@ void FastInfosetWriter::setDocumentVocabulary(const DocumentVocabulary& voc)
 	// A vector table cannot find a value's index, and the writer looks up every name and string.
 	if (voc.impl() == DocumentVocabulary::VOC_VECTOR)
 		throw Korvo::InvalidArgumentException("A DocumentVocabulary with VOC_VECTOR implementation cannot be used by FastInfosetWriter");
+	_vocabularyFresh = false;
 	keepExternalVocabulary();
 	if (&voc != &_vocabulary) _vocabulary = voc;
 	forgetNames();
@@ -258,6 +261,7 @@ void FastInfosetWriter::findTables()
 
 DocumentVocabulary& FastInfosetWriter::getDocumentVocabulary()
 {
+	_vocabularyFresh = false;
 	return _vocabulary;
 }
 
@@ -280,6 +284,7 @@ void FastInfosetWriter::useExternalVocabulary(const XMLString& uri, const Docume
 {
 	if (uri.empty()) throw Korvo::InvalidArgumentException("An external vocabulary needs a URI");
 	if (!voc.vocabulary(DocumentVocabulary::PREFIX)) throw Korvo::InvalidArgumentException("An external vocabulary needs its tables", uri);
+	_vocabularyFresh = false;
 	if (voc.impl() == DocumentVocabulary::VOC_VECTOR)
 		_vocabulary = DocumentVocabulary(voc, DocumentVocabulary::VOC_MAP);
 	else
@@ -918,8 +923,7 @@ void FastInfosetWriter::writeIdentifyingString(const std::string& str, DocumentV
 	// The '0' bit and the length in one field, then the octets.
 	Korvo::UInt64 length;
 	const int lengthBits = Encoder::stringLengthBits(static_cast<unsigned int>(str.size()), 7, length);
-	_writer.write(static_cast<long long>(length), 1 + lengthBits);
-	_writer.write(str.data(), static_cast<unsigned int>(str.size()));
+	_writer.write(length, 1 + lengthBits, str.data(), str.size());
 }
 
 
@@ -1138,23 +1142,20 @@ unsigned int FastInfosetWriter::writeValueOrIndex(std::string_view str, Document
 		idx = indexString(voc, str, exists);
 		indexed = idx != NOT_INDEXED;
 	}
-	_writer.write(exists);
 	if (exists)
 	{
+		_writer.write(true);
 		Encoder::integer(_writer, idx);
 		return idx;
 	}
-	// The add-to-table bit, the UTF-8 discriminant and the length that
-	// fills the rest of the octet, as one field.
+	// The '0' bit, the add-to-table bit, the UTF-8 discriminant and the
+	// length that fills the rest of the octet, as one field written with
+	// the octets.
 	Korvo::UInt64 length;
 	const int lengthBits = Encoder::stringLengthBits(static_cast<unsigned int>(str.size()), 4 - pos, length);
 	const Korvo::UInt64 head = (indexed ? 4u : 0u) | UTF8_STRING;
 	const Korvo::UInt64 field = (head << lengthBits) | length;
-	if (lengthBits <= 29)
-		_writer.write(static_cast<unsigned int>(field), 3 + lengthBits);
-	else
-		_writer.write(static_cast<long long>(field), 3 + lengthBits);
-	_writer.write(str.data(), static_cast<unsigned int>(str.size()));
+	_writer.write(field, 4 + lengthBits, str.data(), str.size());
 	return indexed ? idx : 0;
 }
 
@@ -1412,8 +1413,6 @@ void FastInfosetWriter::writeUnexpandedEntityReference(const XMLString& name, co
 
 void FastInfosetWriter::writeHeader()
 {
-	Encoder::documentPreHeader(_writer, _writeXMLDeclaration);
-
 	const bool hasAdditionalData = false;
 	const bool hasNotations = !_notations.empty();
 	const bool hasUnparsedEntities = !_unparsedEntities.empty();
@@ -1431,7 +1430,7 @@ void FastInfosetWriter::writeHeader()
 		keepExternalVocabulary();
 		pDifference.reset(new DocumentVocabulary(_vocabulary - externalVocabulary()));
 	}
-	else if (!hasExternalVocabulary && !hasOnlyPredefinedEntries())
+	else if (!hasExternalVocabulary && !_vocabularyFresh && !hasOnlyPredefinedEntries())
 		pDifference.reset(new DocumentVocabulary(_vocabulary - DocumentVocabulary(DocumentVocabulary::VOC_MAP)));
 
 	bool hasInitialVocabulary = hasExternalVocabulary;
@@ -1446,14 +1445,29 @@ void FastInfosetWriter::writeHeader()
 			hasInitialVocabulary = hasInitialVocabulary || hasEntries(difference.vocabulary(id));
 	}
 
-	poco_assert (_writer.bitPos() == 1);
-	_writer.write(hasAdditionalData);
-	_writer.write(hasInitialVocabulary);
-	_writer.write(hasNotations);
-	_writer.write(hasUnparsedEntities);
-	_writer.write(hasCharacterEncodingScheme);
-	_writer.write(standalone);
-	_writer.write(hasVersion);
+	if (_writeXMLDeclaration || _writer.bitPos() != 0)
+	{
+		Encoder::documentPreHeader(_writer, _writeXMLDeclaration);
+		poco_assert (_writer.bitPos() == 1);
+		_writer.write(hasAdditionalData);
+		_writer.write(hasInitialVocabulary);
+		_writer.write(hasNotations);
+		_writer.write(hasUnparsedEntities);
+		_writer.write(hasCharacterEncodingScheme);
+		_writer.write(standalone);
+		_writer.write(hasVersion);
+	}
+	else
+	{
+		// The identification, the version, a '0' bit and the flags above
+		// make five whole octets: they go out in one write.
+		const char octets[] = {
+			static_cast<char>(Encoder::DOCUMENTSTART >> 8), 0, 0, 1,
+			static_cast<char>((hasAdditionalData << 6) | (hasInitialVocabulary << 5) | (hasNotations << 4)
+				| (hasUnparsedEntities << 3) | (hasCharacterEncodingScheme << 2) | (standalone << 1) | int(hasVersion))
+		};
+		_writer.write(octets, sizeof(octets));
+	}
 
 	poco_assert (!hasAdditionalData);
 	if (hasInitialVocabulary && pDifference)
