@@ -176,15 +176,18 @@ FastInfosetWriter::FastInfosetWriter(std::ostream& ostr, bool writeXMLDeclaratio
 
 void FastInfosetWriter::init()
 {
-	// Room for the usual nesting and attribute counts, so that a small
-	// message grows nothing.
+	std::fill(std::begin(_pIndexedTables), std::end(_pIndexedTables), nullptr);
+	std::fill(std::begin(_pIndexedNames), std::end(_pIndexedNames), nullptr);
+	_pState = WriterState::take(_vocabulary);
+	// The stacks' storage comes with the state; room for the usual nesting
+	// and attribute counts, so that a small message grows nothing.
+	_states.swap(_pState->states);
+	_prefixMarks.swap(_pState->prefixMarks);
+	_ownPrefixes.swap(_pState->ownPrefixes);
 	_states.reserve(16);
 	_prefixMarks.reserve(16);
 	_attributeValues.reserve(8);
 	_states.push_back(UNINITIALIZED);
-	std::fill(std::begin(_pIndexedTables), std::end(_pIndexedTables), nullptr);
-	std::fill(std::begin(_pIndexedNames), std::end(_pIndexedNames), nullptr);
-	_pState = WriterState::take(_vocabulary);
 }
 
 
@@ -193,6 +196,12 @@ FastInfosetWriter::~FastInfosetWriter()
 	// A document that was never ended stays as far as it got: its last
 	// octet is not padded out.
 	_writer.discardPending();
+	_states.clear();
+	_prefixMarks.clear();
+	_ownPrefixes.clear();
+	_states.swap(_pState->states);
+	_prefixMarks.swap(_pState->prefixMarks);
+	_ownPrefixes.swap(_pState->ownPrefixes);
 	WriterState::give(_pState);
 }
 
