@@ -82,6 +82,13 @@ void BitStreamWriter::appendOctets(Korvo::UInt64 value, int numOfBits)
 		// Refused: the stream reports why.
 		pBuffer = nullptr;
 	}
+	passWord(pBuffer, word, total);
+}
+
+
+__attribute__((noinline)) void BitStreamWriter::passWord(std::streambuf* pBuffer, Korvo::UInt64 word, int total)
+{
+	const int octets = total >> 3;
 	passOctets(pBuffer, word, octets);
 	_cache[0] = static_cast<unsigned char>(word >> (56 - 8*octets));
 	_cachedBits = total & 7;

@@ -101,6 +101,10 @@ private:
 		/// octets this completes to the stream.
 	void appendOctets(Korvo::UInt64 value, int numOfBits);
 		/// appendBits() when the bits complete at least one octet.
+	void passWord(std::streambuf* pBuffer, Korvo::UInt64 word, int total);
+		/// appendOctets() for more than one octet or a refusing buffer:
+		/// passes the whole octets of the total bits of word and keeps the rest.
+		/// Apart, so that the one-octet path saves few registers.
 	void passOctets(std::streambuf* pBuffer, Korvo::UInt64 word, int octets);
 		/// Passes the first octets octets of word, most significant first,
 		/// into pBuffer when it is not null (a plain buffer), and those it
