@@ -874,7 +874,13 @@ unsigned int FastInfosetWriter::insertQualifiedName(const QualifiedNameEntry& qn
 
 inline unsigned int FastInfosetWriter::indexString(DocumentVocabulary::ID id, std::string_view str, bool& exists)
 {
-	if (_pIndexedTables[id]) return indexString(id, str, ValueHash<std::string>()(str), exists);
+	if (IndexedVocabulary<std::string>* pTable = _pIndexedTables[id])
+	{
+		// The usual case without a call in between.
+		const Korvo::UInt32 hash = ValueHash<std::string>()(str);
+		if (!isFull(*pTable)) return pTable->add(str, hash, exists);
+		return indexString(id, str, hash, exists);
+	}
 	Vocabulary<std::string>& table = *_vocabulary.vocabulary(id);
 	exists = false;
 	return isFull(table) ? NOT_INDEXED : table.index(std::string(str), exists);
