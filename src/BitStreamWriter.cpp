@@ -82,6 +82,13 @@ void BitStreamWriter::appendOctets(Korvo::UInt64 value, int numOfBits)
 		// Refused: the stream reports why.
 		pBuffer = nullptr;
 	}
+	passWord(pBuffer, word, total);
+}
+
+
+__attribute__((noinline)) void BitStreamWriter::passWord(std::streambuf* pBuffer, Korvo::UInt64 word, int total)
+{
+	const int octets = total >> 3;
 	passOctets(pBuffer, word, octets);
 	_cache[0] = static_cast<unsigned char>(word >> (56 - 8*octets));
 	_cachedBits = total & 7;
@@ -144,6 +151,27 @@ void BitStreamWriter::write(const char* str)
 void BitStreamWriter::write(const char* str, unsigned int numBytes)
 {
 	if (str) writeOctets(str, numBytes);
+}
+
+
+void BitStreamWriter::write(Korvo::UInt64 value, int numOfBits, const char* str, std::size_t numBytes)
+{
+	poco_assert (numOfBits >= 1 && numOfBits <= MAX_APPEND);
+	const int total = _cachedBits + numOfBits;
+	if ((total & 7) != 0 || numBytes > JOINED_WRITE || !str)
+	{
+		appendBits(value, numOfBits);
+		if (str) writeOctets(str, numBytes);
+		return;
+	}
+	char octets[MAX_APPEND / 8 + 1 + JOINED_WRITE];
+	const Korvo::UInt64 word = (Korvo::UInt64(_cache[0]) << 56) | ((value << (64 - numOfBits)) >> _cachedBits);
+	const int fieldOctets = total >> 3;
+	for (int i = 0; i < fieldOctets; ++i) octets[i] = static_cast<char>(word >> (56 - 8*i));
+	std::memcpy(octets + fieldOctets, str, numBytes);
+	writeToStream(octets, fieldOctets + static_cast<int>(numBytes));
+	_cache[0] = 0;
+	_cachedBits = 0;
 }
 
 

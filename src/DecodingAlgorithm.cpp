@@ -23,47 +23,57 @@
 #include "Korvo/FastInfoset/DoubleEncoding.h"
 #include "Korvo/FastInfoset/UUIDEncoding.h"
 #include "Korvo/FastInfoset/CDataEncoding.h"
+#include <iterator>
 
 
 namespace Korvo {
 namespace FastInfoset {
 
 
-DecodingAlgorithm::DecodingAlgorithm()
+namespace
 {
-	initializeDecodings();
+	struct BuiltInDecodings
+		/// The decode functions of indices 0 to 31.
+	{
+		Encoding::DecodeMethod decodings[EncodingAlgorithm::USER_DEFINED];
+
+		BuiltInDecodings()
+		{
+			// Each class's decode is overloaded; the table's type picks the one
+			// that returns the value.
+			const Encoding::DecodeMethod known[] = {
+				&InvalidDecoding::decode, &HexEncoding::decode, &DWordEncoding::decode, &ShortEncoding::decode,
+				&IntEncoding::decode, &LongEncoding::decode, &BoolEncoding::decode, &FloatEncoding::decode,
+				&DoubleEncoding::decode, &UUIDEncoding::decode, &CDataEncoding::decode
+			};
+			static_assert(sizeof(known)/sizeof(known[0]) == EncodingAlgorithm::RESERVED, "one entry per known algorithm");
+			for (int index = 0; index < EncodingAlgorithm::USER_DEFINED; ++index)
+				decodings[index] = index < EncodingAlgorithm::RESERVED ? known[index] : &InvalidDecoding::decode;
+		}
+	};
+
+	const BuiltInDecodings& builtIns()
+	{
+		static const BuiltInDecodings BUILT_INS;
+		return BUILT_INS;
+	}
 }
 
 
-void DecodingAlgorithm::initializeDecodings()
+DecodingAlgorithm::DecodingAlgorithm()
 {
-	// Each class's decode is overloaded; the table's type picks the one
-	// that returns the value.
-	const Encoding::DecodeMethod builtIns[] = {
-		&InvalidDecoding::decode,
-		&HexEncoding::decode,
-		&DWordEncoding::decode,
-		&ShortEncoding::decode,
-		&IntEncoding::decode,
-		&LongEncoding::decode,
-		&BoolEncoding::decode,
-		&FloatEncoding::decode,
-		&DoubleEncoding::decode,
-		&UUIDEncoding::decode,
-		&CDataEncoding::decode
-	};
-	_decodings.reserve(EncodingAlgorithm::USER_DEFINED);
-	_decodings.assign(builtIns, builtIns + sizeof(builtIns)/sizeof(builtIns[0]));
-	for (int index = EncodingAlgorithm::RESERVED; index <= EncodingAlgorithm::LAST_RESERVED; ++index)
-		_decodings.push_back(&InvalidDecoding::decode);
-
-	poco_assert(_decodings.size() == EncodingAlgorithm::USER_DEFINED);
 }
 
 
 void DecodingAlgorithm::add(Encoding::DecodeMethod decode)
 {
 	poco_check_ptr(decode);
+	if (_decodings.empty())
+	{
+		const BuiltInDecodings& known = builtIns();
+		_decodings.reserve(EncodingAlgorithm::USER_DEFINED + 1);
+		_decodings.assign(std::begin(known.decodings), std::end(known.decodings));
+	}
 	// A document can name no algorithm beyond the last user-defined index.
 	poco_assert(_decodings.size() <= EncodingAlgorithm::LAST_USER_DEFINED);
 	_decodings.push_back(decode);
@@ -72,15 +82,16 @@ void DecodingAlgorithm::add(Encoding::DecodeMethod decode)
 
 Korvo::AutoPtr<Encoding> DecodingAlgorithm::read(int index, BitStreamReader& reader) const
 {
-	if (index < 0 || static_cast<unsigned int>(index) >= _decodings.size())
+	if (index < 0 || static_cast<unsigned int>(index) >= size())
 		return InvalidDecoding::decode(reader);
-	return _decodings[index](reader);
+	const Encoding::DecodeMethod* decodings = _decodings.empty() ? builtIns().decodings : _decodings.data();
+	return decodings[index](reader);
 }
 
 
 unsigned int DecodingAlgorithm::size() const
 {
-	return static_cast<unsigned int>(_decodings.size());
+	return _decodings.empty() ? static_cast<unsigned int>(EncodingAlgorithm::USER_DEFINED) : static_cast<unsigned int>(_decodings.size());
 }
 
 

@@ -35,14 +35,14 @@ const std::string DocumentRestrictedAlphabet::DATE_TIME_CHARACTERS(DATE_TIME);
 
 
 DocumentRestrictedAlphabet::DocumentRestrictedAlphabet():
-	_alphabets(builtIns())
+	_builtInsOnly(true)
 {
 }
 
 
 const std::vector<RestrictedAlphabet>& DocumentRestrictedAlphabet::builtIns()
 {
-	// Made once and copied: every vocabulary, so every writer and parser,
+	// Made once and shared: every vocabulary, so every writer and parser,
 	// starts with these.
 	static const std::vector<RestrictedAlphabet> BUILT_INS = []
 	{
@@ -57,13 +57,26 @@ const std::vector<RestrictedAlphabet>& DocumentRestrictedAlphabet::builtIns()
 }
 
 
-DocumentRestrictedAlphabet::DocumentRestrictedAlphabet(bool)
+DocumentRestrictedAlphabet::DocumentRestrictedAlphabet(bool):
+	_builtInsOnly(false)
 {
+}
+
+
+void DocumentRestrictedAlphabet::own()
+{
+	if (_builtInsOnly)
+	{
+		_alphabets.reserve(builtIns().size() + 1);
+		_alphabets = builtIns();
+		_builtInsOnly = false;
+	}
 }
 
 
 unsigned int DocumentRestrictedAlphabet::add(const std::string& str)
 {
+	own();
 	unsigned int position = static_cast<unsigned int>(_alphabets.size());
 	_alphabets.push_back(RestrictedAlphabet(str));
 	return position;
@@ -72,18 +85,23 @@ unsigned int DocumentRestrictedAlphabet::add(const std::string& str)
 
 void DocumentRestrictedAlphabet::addDummy()
 {
+	own();
 	_alphabets.push_back(RestrictedAlphabet());
 }
 
 
 void DocumentRestrictedAlphabet::truncate(std::size_t size)
 {
-	if (size < _alphabets.size()) _alphabets.resize(size);
+	if (size >= alphabets().size()) return;
+	own();
+	_alphabets.resize(size);
 }
 
 
 const RestrictedAlphabet& DocumentRestrictedAlphabet::alphabet(unsigned int vocabulary) const
 {
+	// The whole list under the member's name: the assertion's text is its message.
+	const std::vector<RestrictedAlphabet>& _alphabets = alphabets();
 	poco_assert (vocabulary > 0 && vocabulary <= _alphabets.size());
 	return _alphabets[vocabulary - 1];
 }
@@ -91,9 +109,14 @@ const RestrictedAlphabet& DocumentRestrictedAlphabet::alphabet(unsigned int voca
 
 DocumentRestrictedAlphabet DocumentRestrictedAlphabet::operator - (const DocumentRestrictedAlphabet& other) const
 {
-	poco_assert (other.alphabets().size() <= _alphabets.size());
+	{
+		// The whole list under the member's name: the assertion's text is its message.
+		const std::vector<RestrictedAlphabet>& _alphabets = alphabets();
+		poco_assert (other.alphabets().size() <= _alphabets.size());
+	}
 	DocumentRestrictedAlphabet difference(true);
-	difference._alphabets.assign(_alphabets.begin() + other.alphabets().size(), _alphabets.end());
+	const std::vector<RestrictedAlphabet>& list = alphabets();
+	difference._alphabets.assign(list.begin() + other.alphabets().size(), list.end());
 	return difference;
 }
 

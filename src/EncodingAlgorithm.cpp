@@ -23,55 +23,54 @@
 #include "Korvo/FastInfoset/UUIDEncoding.h"
 #include "Korvo/FastInfoset/CDataEncoding.h"
 #include <climits>
+#include <iterator>
 
 
 namespace Korvo {
 namespace FastInfoset {
 
 
-EncodingAlgorithm::EncodingAlgorithm()
+namespace
 {
-	initializeEncodings();
+	struct BuiltInEncodings
+		/// The encode and check functions of indices 0 to 31.
+	{
+		Encoding::EncodeMethod encodings[EncodingAlgorithm::USER_DEFINED];
+		Encoding::CheckMethod  checks[EncodingAlgorithm::USER_DEFINED];
+
+		BuiltInEncodings()
+		{
+			const Encoding::EncodeMethod knownEncodings[] = {
+				&InvalidEncoding::encode, &HexEncoding::encode, &DWordEncoding::encode, &ShortEncoding::encode,
+				&IntEncoding::encode, &LongEncoding::encode, &BoolEncoding::encode, &FloatEncoding::encode,
+				&DoubleEncoding::encode, &UUIDEncoding::encode, &CDataEncoding::encode
+			};
+			const Encoding::CheckMethod knownChecks[] = {
+				&InvalidEncoding::check, &HexEncoding::check, &DWordEncoding::check, &ShortEncoding::check,
+				&IntEncoding::check, &LongEncoding::check, &BoolEncoding::check, &FloatEncoding::check,
+				&DoubleEncoding::check, &UUIDEncoding::check, &CDataEncoding::check
+			};
+			static_assert(sizeof(knownEncodings)/sizeof(knownEncodings[0]) == EncodingAlgorithm::RESERVED, "one entry per known algorithm");
+			static_assert(sizeof(knownChecks)/sizeof(knownChecks[0]) == EncodingAlgorithm::RESERVED, "one entry per known algorithm");
+			for (int index = 0; index < EncodingAlgorithm::USER_DEFINED; ++index)
+			{
+				const bool known = index < EncodingAlgorithm::RESERVED;
+				encodings[index] = known ? knownEncodings[index] : &InvalidEncoding::encode;
+				checks[index] = known ? knownChecks[index] : &InvalidEncoding::check;
+			}
+		}
+	};
+
+	const BuiltInEncodings& builtIns()
+	{
+		static const BuiltInEncodings BUILT_INS;
+		return BUILT_INS;
+	}
 }
 
 
-void EncodingAlgorithm::initializeEncodings()
+EncodingAlgorithm::EncodingAlgorithm()
 {
-	_encodings.reserve(USER_DEFINED);
-	_checks.reserve(USER_DEFINED);
-
-	_encodings.push_back(&InvalidEncoding::encode);
-	_checks.push_back(&InvalidEncoding::check);
-
-	_encodings.push_back(&HexEncoding::encode);
-	_checks.push_back(&HexEncoding::check);
-	_encodings.push_back(&DWordEncoding::encode);
-	_checks.push_back(&DWordEncoding::check);
-	_encodings.push_back(&ShortEncoding::encode);
-	_checks.push_back(&ShortEncoding::check);
-	_encodings.push_back(&IntEncoding::encode);
-	_checks.push_back(&IntEncoding::check);
-	_encodings.push_back(&LongEncoding::encode);
-	_checks.push_back(&LongEncoding::check);
-	_encodings.push_back(&BoolEncoding::encode);
-	_checks.push_back(&BoolEncoding::check);
-	_encodings.push_back(&FloatEncoding::encode);
-	_checks.push_back(&FloatEncoding::check);
-	_encodings.push_back(&DoubleEncoding::encode);
-	_checks.push_back(&DoubleEncoding::check);
-	_encodings.push_back(&UUIDEncoding::encode);
-	_checks.push_back(&UUIDEncoding::check);
-	_encodings.push_back(&CDataEncoding::encode);
-	_checks.push_back(&CDataEncoding::check);
-
-	for (int index = RESERVED; index <= LAST_RESERVED; ++index)
-	{
-		_encodings.push_back(&InvalidEncoding::encode);
-		_checks.push_back(&InvalidEncoding::check);
-	}
-
-	poco_assert(_encodings.size() == USER_DEFINED);
-	poco_assert(_checks.size() == USER_DEFINED);
 }
 
 
@@ -79,6 +78,14 @@ void EncodingAlgorithm::add(Encoding::EncodeMethod encode, Encoding::CheckMethod
 {
 	poco_check_ptr(encode);
 	poco_check_ptr(check);
+	if (_encodings.empty())
+	{
+		const BuiltInEncodings& known = builtIns();
+		_encodings.reserve(USER_DEFINED + 1);
+		_checks.reserve(USER_DEFINED + 1);
+		_encodings.assign(std::begin(known.encodings), std::end(known.encodings));
+		_checks.assign(std::begin(known.checks), std::end(known.checks));
+	}
 	// A document can name no algorithm beyond the last user-defined index.
 	poco_assert(_encodings.size() <= LAST_USER_DEFINED);
 	_encodings.push_back(encode);
@@ -88,20 +95,22 @@ void EncodingAlgorithm::add(Encoding::EncodeMethod encode, Encoding::CheckMethod
 
 void EncodingAlgorithm::encode(unsigned int index, BitStreamWriter& writer, const std::string& str) const
 {
-	if (index >= _encodings.size())
+	const Encoding::EncodeMethod* encodings = _encodings.empty() ? builtIns().encodings : _encodings.data();
+	if (index >= size())
 		InvalidEncoding::encode(writer, str);
 	else
-		_encodings[index](writer, str);
+		encodings[index](writer, str);
 }
 
 
 unsigned int EncodingAlgorithm::findEncoding(const std::string& str) const
 {
+	const Encoding::CheckMethod* checks = _checks.empty() ? builtIns().checks : _checks.data();
 	int best = INT_MAX;
 	unsigned int result = 0;
-	for (unsigned int index = 0; index < _checks.size(); ++index)
+	for (unsigned int index = 0; index < size(); ++index)
 	{
-		int score = _checks[index](str);
+		int score = checks[index](str);
 		if (score >= 1 && score < best)
 		{
 			result = index;
@@ -114,7 +123,7 @@ unsigned int EncodingAlgorithm::findEncoding(const std::string& str) const
 
 unsigned int EncodingAlgorithm::size() const
 {
-	return static_cast<unsigned int>(_encodings.size());
+	return _encodings.empty() ? static_cast<unsigned int>(USER_DEFINED) : static_cast<unsigned int>(_encodings.size());
 }
 
 

@@ -145,6 +145,7 @@ FastInfosetWriter::FastInfosetWriter(std::ostream& ostr, bool writeXMLDeclaratio
 	_documentStarted(false),
 	_pState(nullptr),
 	_knownNamesComplete(false),
+	_vocabularyFresh(true),
 	_vocabularyIsExternal(false),
 	_pendingPrefixes(0),
 	_prefixesEnded(false)
@@ -164,6 +165,7 @@ FastInfosetWriter::FastInfosetWriter(std::ostream& ostr, bool writeXMLDeclaratio
 	_documentStarted(false),
 	_pState(nullptr),
 	_knownNamesComplete(false),
+	_vocabularyFresh(false),
 	_vocabularyIsExternal(false),
 	_pendingPrefixes(0),
 	_prefixesEnded(false)
@@ -174,15 +176,18 @@ FastInfosetWriter::FastInfosetWriter(std::ostream& ostr, bool writeXMLDeclaratio
 
 void FastInfosetWriter::init()
 {
-	// Room for the usual nesting and attribute counts, so that a small
-	// message grows nothing.
+	std::fill(std::begin(_pIndexedTables), std::end(_pIndexedTables), nullptr);
+	std::fill(std::begin(_pIndexedNames), std::end(_pIndexedNames), nullptr);
+	_pState = WriterState::take(_vocabulary);
+	// The stacks' storage comes with the state; room for the usual nesting
+	// and attribute counts, so that a small message grows nothing.
+	_states.swap(_pState->states);
+	_prefixMarks.swap(_pState->prefixMarks);
+	_ownPrefixes.swap(_pState->ownPrefixes);
 	_states.reserve(16);
 	_prefixMarks.reserve(16);
 	_attributeValues.reserve(8);
 	_states.push_back(UNINITIALIZED);
-	std::fill(std::begin(_pIndexedTables), std::end(_pIndexedTables), nullptr);
-	std::fill(std::begin(_pIndexedNames), std::end(_pIndexedNames), nullptr);
-	_pState = WriterState::take(_vocabulary);
 }
 
 
@@ -191,6 +196,12 @@ FastInfosetWriter::~FastInfosetWriter()
 	// A document that was never ended stays as far as it got: its last
 	// octet is not padded out.
 	_writer.discardPending();
+	_states.clear();
+	_prefixMarks.clear();
+	_ownPrefixes.clear();
+	_states.swap(_pState->states);
+	_prefixMarks.swap(_pState->prefixMarks);
+	_ownPrefixes.swap(_pState->ownPrefixes);
 	WriterState::give(_pState);
 }
 
@@ -229,6 +240,7 @@ void FastInfosetWriter::setDocumentVocabulary(const DocumentVocabulary& voc)
 	// A vector table cannot find a value's index, and the writer looks up every name and string.
 	if (voc.impl() == DocumentVocabulary::VOC_VECTOR)
 		throw Korvo::InvalidArgumentException("A DocumentVocabulary with VOC_VECTOR implementation cannot be used by FastInfosetWriter");
+	_vocabularyFresh = false;
 	keepExternalVocabulary();
 	if (&voc != &_vocabulary) _vocabulary = voc;
 	forgetNames();
@@ -258,6 +270,7 @@ void FastInfosetWriter::findTables()
 
 DocumentVocabulary& FastInfosetWriter::getDocumentVocabulary()
 {
+	_vocabularyFresh = false;
 	return _vocabulary;
 }
 
@@ -280,6 +293,7 @@ void FastInfosetWriter::useExternalVocabulary(const XMLString& uri, const Docume
 {
 	if (uri.empty()) throw Korvo::InvalidArgumentException("An external vocabulary needs a URI");
 	if (!voc.vocabulary(DocumentVocabulary::PREFIX)) throw Korvo::InvalidArgumentException("An external vocabulary needs its tables", uri);
+	_vocabularyFresh = false;
 	if (voc.impl() == DocumentVocabulary::VOC_VECTOR)
 		_vocabulary = DocumentVocabulary(voc, DocumentVocabulary::VOC_MAP);
 	else
@@ -860,7 +874,13 @@ unsigned int FastInfosetWriter::insertQualifiedName(const QualifiedNameEntry& qn
 
 inline unsigned int FastInfosetWriter::indexString(DocumentVocabulary::ID id, std::string_view str, bool& exists)
 {
-	if (_pIndexedTables[id]) return indexString(id, str, ValueHash<std::string>()(str), exists);
+	if (IndexedVocabulary<std::string>* pTable = _pIndexedTables[id])
+	{
+		// The usual case without a call in between.
+		const Korvo::UInt32 hash = ValueHash<std::string>()(str);
+		if (!isFull(*pTable)) return pTable->add(str, hash, exists);
+		return indexString(id, str, hash, exists);
+	}
 	Vocabulary<std::string>& table = *_vocabulary.vocabulary(id);
 	exists = false;
 	return isFull(table) ? NOT_INDEXED : table.index(std::string(str), exists);
@@ -918,8 +938,7 @@ void FastInfosetWriter::writeIdentifyingString(const std::string& str, DocumentV
 	// The '0' bit and the length in one field, then the octets.
 	Korvo::UInt64 length;
 	const int lengthBits = Encoder::stringLengthBits(static_cast<unsigned int>(str.size()), 7, length);
-	_writer.write(static_cast<long long>(length), 1 + lengthBits);
-	_writer.write(str.data(), static_cast<unsigned int>(str.size()));
+	_writer.write(length, 1 + lengthBits, str.data(), str.size());
 }
 
 
@@ -1138,23 +1157,20 @@ unsigned int FastInfosetWriter::writeValueOrIndex(std::string_view str, Document
 		idx = indexString(voc, str, exists);
 		indexed = idx != NOT_INDEXED;
 	}
-	_writer.write(exists);
 	if (exists)
 	{
+		_writer.write(true);
 		Encoder::integer(_writer, idx);
 		return idx;
 	}
-	// The add-to-table bit, the UTF-8 discriminant and the length that
-	// fills the rest of the octet, as one field.
+	// The '0' bit, the add-to-table bit, the UTF-8 discriminant and the
+	// length that fills the rest of the octet, as one field written with
+	// the octets.
 	Korvo::UInt64 length;
 	const int lengthBits = Encoder::stringLengthBits(static_cast<unsigned int>(str.size()), 4 - pos, length);
 	const Korvo::UInt64 head = (indexed ? 4u : 0u) | UTF8_STRING;
 	const Korvo::UInt64 field = (head << lengthBits) | length;
-	if (lengthBits <= 29)
-		_writer.write(static_cast<unsigned int>(field), 3 + lengthBits);
-	else
-		_writer.write(static_cast<long long>(field), 3 + lengthBits);
-	_writer.write(str.data(), static_cast<unsigned int>(str.size()));
+	_writer.write(field, 4 + lengthBits, str.data(), str.size());
 	return indexed ? idx : 0;
 }
 
@@ -1412,8 +1428,6 @@ void FastInfosetWriter::writeUnexpandedEntityReference(const XMLString& name, co
 
 void FastInfosetWriter::writeHeader()
 {
-	Encoder::documentPreHeader(_writer, _writeXMLDeclaration);
-
 	const bool hasAdditionalData = false;
 	const bool hasNotations = !_notations.empty();
 	const bool hasUnparsedEntities = !_unparsedEntities.empty();
@@ -1431,7 +1445,7 @@ void FastInfosetWriter::writeHeader()
 		keepExternalVocabulary();
 		pDifference.reset(new DocumentVocabulary(_vocabulary - externalVocabulary()));
 	}
-	else if (!hasExternalVocabulary && !hasOnlyPredefinedEntries())
+	else if (!hasExternalVocabulary && !_vocabularyFresh && !hasOnlyPredefinedEntries())
 		pDifference.reset(new DocumentVocabulary(_vocabulary - DocumentVocabulary(DocumentVocabulary::VOC_MAP)));
 
 	bool hasInitialVocabulary = hasExternalVocabulary;
@@ -1446,14 +1460,29 @@ void FastInfosetWriter::writeHeader()
 			hasInitialVocabulary = hasInitialVocabulary || hasEntries(difference.vocabulary(id));
 	}
 
-	poco_assert (_writer.bitPos() == 1);
-	_writer.write(hasAdditionalData);
-	_writer.write(hasInitialVocabulary);
-	_writer.write(hasNotations);
-	_writer.write(hasUnparsedEntities);
-	_writer.write(hasCharacterEncodingScheme);
-	_writer.write(standalone);
-	_writer.write(hasVersion);
+	if (_writeXMLDeclaration || _writer.bitPos() != 0)
+	{
+		Encoder::documentPreHeader(_writer, _writeXMLDeclaration);
+		poco_assert (_writer.bitPos() == 1);
+		_writer.write(hasAdditionalData);
+		_writer.write(hasInitialVocabulary);
+		_writer.write(hasNotations);
+		_writer.write(hasUnparsedEntities);
+		_writer.write(hasCharacterEncodingScheme);
+		_writer.write(standalone);
+		_writer.write(hasVersion);
+	}
+	else
+	{
+		// The identification, the version, a '0' bit and the flags above
+		// make five whole octets: they go out in one write.
+		const char octets[] = {
+			static_cast<char>(Encoder::DOCUMENTSTART >> 8), 0, 0, 1,
+			static_cast<char>((hasAdditionalData << 6) | (hasInitialVocabulary << 5) | (hasNotations << 4)
+				| (hasUnparsedEntities << 3) | (hasCharacterEncodingScheme << 2) | (standalone << 1) | int(hasVersion))
+		};
+		_writer.write(octets, sizeof(octets));
+	}
 
 	poco_assert (!hasAdditionalData);
 	if (hasInitialVocabulary && pDifference)

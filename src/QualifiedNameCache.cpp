@@ -57,6 +57,15 @@ unsigned int QualifiedNameCache::find(Korvo::UInt32 hash, const std::string& pre
 }
 
 
+inline const std::string* QualifiedNameCache::string(const Vocabulary<std::string>* pTable, unsigned int id)
+{
+	// An absent prefix or namespace name has index 0, the empty placeholder.
+	static const std::string EMPTY;
+	const std::string* pString = pTable ? pTable->lookup(id) : nullptr;
+	return pString ? pString : &EMPTY;
+}
+
+
 void QualifiedNameCache::add(std::size_t slot, Korvo::UInt32 hash, const std::string& prefix, const std::string& ns, const std::string& localName, bool inElement, const QualifiedNameEntry& name, unsigned int index)
 {
 	if (2*(_entries.size() + 1) > _slots.size())
@@ -82,15 +91,6 @@ Korvo::UInt32 QualifiedNameCache::hashOf(Korvo::UInt32 localNameHash, const std:
 std::size_t QualifiedNameCache::storage() const
 {
 	return _slots.size();
-}
-
-
-const std::string* QualifiedNameCache::string(const Vocabulary<std::string>* pTable, unsigned int id)
-{
-	// An absent prefix or namespace name has index 0, the empty placeholder.
-	static const std::string EMPTY;
-	const std::string* pString = pTable ? pTable->lookup(id) : nullptr;
-	return pString ? pString : &EMPTY;
 }
 
 

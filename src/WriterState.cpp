@@ -85,7 +85,8 @@ void WriterState::give(WriterState* pState)
 
 bool WriterState::isSmall() const
 {
-	return knownNames.storage() <= MAX_KEPT_NAMES;
+	return knownNames.storage() <= MAX_KEPT_NAMES && states.capacity() <= MAX_KEPT_DEPTH
+		&& prefixMarks.capacity() <= MAX_KEPT_DEPTH && ownPrefixes.capacity() <= MAX_KEPT_DEPTH;
 }
 
 

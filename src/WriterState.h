@@ -18,6 +18,7 @@
 
 
 #include "Korvo/FastInfoset/FastInfoset.h"
+#include "Korvo/FastInfoset/FastInfosetWriter.h"
 #include "NamespaceContext.h"
 #include "QualifiedNameCache.h"
 #include <vector>
@@ -54,10 +55,17 @@ public:
 	std::vector<std::size_t>  declarations;
 		/// Positions in namespaces of the element's own declarations, in prefix order.
 
+	std::vector<FastInfosetWriter::State> states;
+	std::vector<std::size_t>              prefixMarks;
+	std::vector<std::string>              ownPrefixes;
+		/// Storage only, empty between writers: a writer swaps it with its
+		/// members of the same names while it lives.
+
 private:
 	enum
 	{
-		MAX_KEPT_NAMES = 4096
+		MAX_KEPT_NAMES = 4096,
+		MAX_KEPT_DEPTH = 256
 	};
 
 	bool isSmall() const;

@@ -109,6 +109,10 @@ TEST(BitStreamWriterTest, EdgeCases)
 		{[](BitStreamWriter& w) { w.writeBits(10, true); w.writeBits(-3, true); }, "FFC0", 2},
 		{[](BitStreamWriter& w) { w.write(0x5u, 3); w.write("ab"); }, "AC2C40", 3},
 		{[](BitStreamWriter& w) { w.write(std::string()); w.write(static_cast<const char*>(nullptr)); w.write("abc", 0u); }, "", 0},
+		// A field and its string: joined when the field ends an octet, in turn otherwise.
+		{[](BitStreamWriter& w) { w.write(true); w.write(Korvo::UInt64(0x1234), 15, "ab", 2); }, "92346162", 0},
+		{[](BitStreamWriter& w) { w.write(Korvo::UInt64(0x5), 3, "ab", 2); }, "AC2C40", 3},
+		{[](BitStreamWriter& w) { w.write(Korvo::UInt64(0x3), 2, nullptr, 4); }, "C0", 2},
 	};
 	for (const auto& c: cases)
 	{
@@ -119,6 +123,11 @@ TEST(BitStreamWriterTest, EdgeCases)
 		writer.complete(false);
 		EXPECT_EQ(c.octets, toHex(out.str()));
 	}
+	// Longer than a joined write takes.
+	std::ostringstream out;
+	BitStreamWriter writer(out, false);
+	writer.write(Korvo::UInt64(0xC1), 8, std::string(65, 'a').c_str(), 65);
+	EXPECT_EQ("\xC1" + std::string(65, 'a'), out.str());
 }
 
 

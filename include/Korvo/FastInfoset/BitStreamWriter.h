@@ -73,6 +73,12 @@ public:
 	void write(const char* str, unsigned int numBytes);
 		/// Appends octets; in bulk when the writer is on an octet boundary.
 
+	void write(Korvo::UInt64 value, int numOfBits, const char* str, std::size_t numBytes);
+		/// Appends the low numOfBits (1 to 56) bits of value, then numBytes
+		/// octets of str: a field and the string it introduces. When the
+		/// field ends on an octet boundary and the string is short, both
+		/// reach the stream in one write.
+
 	void complete(bool paddingBit);
 		/// Pads the current octet with paddingBit and flushes the stream.
 
@@ -95,6 +101,10 @@ private:
 		/// octets this completes to the stream.
 	void appendOctets(Korvo::UInt64 value, int numOfBits);
 		/// appendBits() when the bits complete at least one octet.
+	void passWord(std::streambuf* pBuffer, Korvo::UInt64 word, int total);
+		/// appendOctets() for more than one octet or a refusing buffer:
+		/// passes the whole octets of the total bits of word and keeps the rest.
+		/// Apart, so that the one-octet path saves few registers.
 	void passOctets(std::streambuf* pBuffer, Korvo::UInt64 word, int octets);
 		/// Passes the first octets octets of word, most significant first,
 		/// into pBuffer when it is not null (a plain buffer), and those it
@@ -112,8 +122,10 @@ private:
 	{
 		CACHE_SIZE = 10,
 		MAX_APPEND = 56,
-		SHORT_WRITE = 8
+		SHORT_WRITE = 8,
 			/// Octets passed one at a time into the stream buffer.
+		JOINED_WRITE = 64
+			/// Longest string written together with its field.
 	};
 
 	std::ostream* _pStream;

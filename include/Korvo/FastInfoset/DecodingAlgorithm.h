@@ -45,9 +45,9 @@ public:
 		/// Number of entries, reserved ones included.
 
 private:
-	void initializeDecodings();
-
 	std::vector<Encoding::DecodeMethod> _decodings;
+		// Empty while the table holds the built-in algorithms only, which
+		// are shared: a table costs nothing until an application adds one.
 };
 
 

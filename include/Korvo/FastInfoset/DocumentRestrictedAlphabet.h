@@ -64,8 +64,13 @@ public:
 
 private:
 	static const std::vector<RestrictedAlphabet>& builtIns();
+	void own();
+		/// Takes a copy of the built-ins before the list changes.
 
 	std::vector<RestrictedAlphabet> _alphabets;
+	bool                            _builtInsOnly;
+		// The list is the shared built-ins and _alphabets is empty: most
+		// documents declare no alphabet, so most vocabularies copy nothing.
 };
 
 
@@ -74,7 +79,7 @@ private:
 //
 inline const std::vector<RestrictedAlphabet>& DocumentRestrictedAlphabet::alphabets() const
 {
-	return _alphabets;
+	return _builtInsOnly ? builtIns() : _alphabets;
 }
 
 

@@ -69,10 +69,10 @@ public:
 		/// Number of entries, reserved ones included.
 
 private:
-	void initializeEncodings();
-
 	std::vector<Encoding::EncodeMethod> _encodings;
 	std::vector<Encoding::CheckMethod>  _checks;
+		// Empty while the table holds the built-in algorithms only, which
+		// are shared: a table costs nothing until an application adds one.
 };
 
 

@@ -425,6 +425,10 @@ private:
 		/// table, by their strings; taken at construction, given back at
 		/// destruction.
 	bool                                _knownNamesComplete;
+	bool                                _vocabularyFresh;
+		/// True until the application may have changed the vocabulary
+		/// (any call that hands it out or replaces it): the header then
+		/// need not look for entries beyond the predefined ones.
 	bool                                _vocabularyIsExternal;
 		/// True from useExternalVocabulary() on, until a vocabulary is set
 		/// otherwise: the external vocabulary is then the document vocabulary
