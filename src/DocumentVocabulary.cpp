@@ -330,7 +330,10 @@ void DocumentVocabulary::keepBuiltIn(Vocabulary<std::string>& table, const std::
 	const std::string* pFirst = table.lookup(0);
 	const std::string* pSecond = table.lookup(1);
 	if (pFirst && pFirst->empty() && pSecond && *pSecond == builtIn)
-		table.truncate(2);
+	{
+		// Mostly a table that the document left untouched.
+		if (table.size() != 2) table.truncate(2);
+	}
 	else
 		emptyTable(table);
 }
@@ -343,7 +346,7 @@ void DocumentVocabulary::emptyTable(Vocabulary<T>& table)
 	const T* pFirst = table.lookup(0);
 	if (pFirst && *pFirst == T())
 	{
-		table.truncate(1);
+		if (table.size() != 1) table.truncate(1);
 	}
 	else
 	{

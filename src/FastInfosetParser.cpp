@@ -170,11 +170,10 @@ FastInfosetParser::FastInfosetParser(DocumentVocabulary::VocabularyImpl impl):
 	_pLexicalHandler(0),
 	_pDocumentHandler(0),
 	_pFISContentHandler(0),
+	_fisContentHandlerKnown(true),
 	_namespacePrefixes(true),
 	_attributeQNames(false),
-	_vocabulary(impl),
-	_pNullEncoding(new NullEncoding),
-	_pNullRefEncoding(new NullRefEncoding(EMPTY_STRING))
+	_vocabulary(impl)
 {
 	if (!takeSpareParts()) reserveBuffers();
 	findTables();
@@ -190,11 +189,10 @@ FastInfosetParser::FastInfosetParser(const DocumentVocabulary& vocabulary):
 	_pLexicalHandler(0),
 	_pDocumentHandler(0),
 	_pFISContentHandler(0),
+	_fisContentHandlerKnown(true),
 	_namespacePrefixes(true),
 	_attributeQNames(false),
-	_vocabulary(vocabulary),
-	_pNullEncoding(new NullEncoding),
-	_pNullRefEncoding(new NullRefEncoding(EMPTY_STRING))
+	_vocabulary(vocabulary)
 {
 	if (!takeSpareParts()) reserveBuffers();
 	findTables();
@@ -337,8 +335,11 @@ Korvo::XML::DTDHandler* FastInfosetParser::getDTDHandler() const
 
 void FastInfosetParser::setContentHandler(Korvo::XML::ContentHandler* pContentHandler)
 {
+	// Whether it takes typed values is asked when the first one comes: the
+	// cast costs more than a small message's other setup.
 	_pContentHandler = pContentHandler;
-	_pFISContentHandler = dynamic_cast<FISContentHandler*>(pContentHandler);
+	_pFISContentHandler = nullptr;
+	_fisContentHandlerKnown = pContentHandler == nullptr;
 }
 
 
@@ -1546,6 +1547,7 @@ Korvo::AutoPtr<Encoding> FastInfosetParser::parseNonIdentifyingStringOrIndex(Bit
 	}
 	unsigned index = 0;
 	Decoder::integer(aReader, index);
+	if (!_pNullRefEncoding) _pNullRefEncoding = new NullRefEncoding(EMPTY_STRING);
 	_pNullRefEncoding->reset(tableString(id, index));
 	return _pNullRefEncoding;
 }
@@ -1569,6 +1571,14 @@ const std::string& FastInfosetParser::parseNonIdentifyingStringOrIndexXML(BitStr
 }
 
 
+Encoding& FastInfosetParser::nullEncoding()
+{
+	// Made when first needed: the text of most documents never takes it.
+	if (!_pNullEncoding) _pNullEncoding = new NullEncoding;
+	return *_pNullEncoding;
+}
+
+
 Korvo::AutoPtr<Encoding> FastInfosetParser::parseEncodedCharacterString(BitStreamReader& aReader)
 {
 	const int startPosition = aReader.bitPos();
@@ -1577,7 +1587,7 @@ Korvo::AutoPtr<Encoding> FastInfosetParser::parseEncodedCharacterString(BitStrea
 	_octetBuffer.clear();
 	_textBuffer.clear();
 	unsigned char enc = readBits(aReader, 2, "Unexpected end of stream whil parsing encoded character string");
-	std::string& text = _pNullEncoding->content();
+	std::string& text = nullEncoding().content();
 	switch (enc)
 	{
 	case DocumentVocabulary::UTF8:
@@ -1675,7 +1685,7 @@ void FastInfosetParser::parseCharacterChunk(BitStreamReader& aReader)
 			aReader.skip(4);
 			_octetBuffer.clear();
 			_textBuffer.clear();
-			std::string& text = _pNullEncoding->content();
+			std::string& text = nullEncoding().content();
 			Decoder::nonEmptyOctetString(aReader, text);
 			if (head & 0x04) addToItsTable(DocumentVocabulary::CHARACTER_CONTENT_CHUNK, text);
 			deliverText(text);
@@ -1698,6 +1708,11 @@ void FastInfosetParser::deliver(const Encoding& value)
 {
 	const bool isCData = _pLexicalHandler && value.type() == EncodingAlgorithm::CDATA_ENCODING;
 	if (isCData) _pLexicalHandler->startCDATA();
+	if (!_fisContentHandlerKnown)
+	{
+		_pFISContentHandler = dynamic_cast<FISContentHandler*>(_pContentHandler);
+		_fisContentHandlerKnown = true;
+	}
 	if (_pFISContentHandler)
 		value.handle(_pFISContentHandler);
 	else if (_pContentHandler)

@@ -253,6 +253,8 @@ protected:
 	const std::string& parseCondIdentifyingStringOrIndex(BitStreamReader& aReader, bool retData, DocumentVocabulary::ID id);
 	Korvo::AutoPtr<Encoding> parseNonIdentifyingStringOrIndex(BitStreamReader& aReader, DocumentVocabulary::ID id);
 	const std::string& parseNonIdentifyingStringOrIndexXML(BitStreamReader& aReader, DocumentVocabulary::ID id, unsigned& type);
+	Encoding& nullEncoding();
+		/// The reused holder of a decoded string.
 	Korvo::AutoPtr<Encoding> parseEncodedCharacterString(BitStreamReader& aReader);
 	const std::string& parseEncodedCharacterStringXML(BitStreamReader& aReader, unsigned& type);
 	void parseCharacterChunk(BitStreamReader& aReader);
@@ -402,6 +404,8 @@ private:
 	Korvo::XML::LexicalHandler*  _pLexicalHandler;
 	FISDocumentHandler*          _pDocumentHandler;
 	FISContentHandler*           _pFISContentHandler;
+	bool                         _fisContentHandlerKnown;
+		/// Whether _pFISContentHandler holds the content handler's typed side.
 	bool                         _namespacePrefixes;
 	bool                         _attributeQNames;
 	DocumentVocabulary           _vocabulary;
@@ -423,6 +427,7 @@ private:
 	Korvo::XML::XMLString        _qualifiedName;
 	Korvo::AutoPtr<Encoding>     _pNullEncoding;
 	Korvo::AutoPtr<NullRefEncoding> _pNullRefEncoding;
+		/// Both made when first needed.
 	Korvo::AutoPtr<Encoding>     _pAlgorithmValue;
 		/// Keeps the last algorithm value alive while its text is in use.
 	std::vector<ResolvedQualName> _openElements;
