@@ -945,8 +945,7 @@ void FastInfosetWriter::writeIdentifyingString(const std::string& str, DocumentV
 void FastInfosetWriter::writeIdentifyingStringIndex(unsigned int strIdx)
 {
 	if (_writer.bitPos() != 0) throw FISEncodingException("Illegal startposition for an writeIdentifyingStringIndex");
-	_writer.write(true);
-	Encoder::integer(_writer, strIdx);
+	Encoder::indexReference(_writer, strIdx);
 }
 
 
@@ -1159,8 +1158,7 @@ unsigned int FastInfosetWriter::writeValueOrIndex(std::string_view str, Document
 	}
 	if (exists)
 	{
-		_writer.write(true);
-		Encoder::integer(_writer, idx);
+		Encoder::indexReference(_writer, idx);
 		return idx;
 	}
 	// The '0' bit, the add-to-table bit, the UTF-8 discriminant and the

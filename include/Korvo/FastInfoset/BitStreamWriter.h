@@ -192,8 +192,10 @@ inline void BitStreamWriter::writeToStream(const char* buffer, int length)
 }
 
 
-inline void BitStreamWriter::appendBits(Korvo::UInt64 value, int numOfBits)
+inline __attribute__((always_inline)) void BitStreamWriter::appendBits(Korvo::UInt64 value, int numOfBits)
 {
+	// Always inline: most fields leave the octet open or end it, and a call
+	// would cost more than either.
 	// Bits that leave the open octet unfinished are only put into it.
 	const int total = _cachedBits + numOfBits;
 	if (total < Utility::SIZEOFCHARINBIT)

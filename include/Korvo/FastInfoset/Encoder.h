@@ -43,6 +43,10 @@ public:
 		/// Writes an index or small integer (0 to 2^20) in the form that
 		/// starts at the writer's bit position (1, 2, 3, 4 or 6).
 
+	static void indexReference(BitStreamWriter& aWriter, unsigned int val);
+		/// Writes one '1' bit followed by integer(val): a reference to a
+		/// table entry, in one field where the forms allow.
+
 	static void pad0ThenInteger(BitStreamWriter& aWriter, unsigned int val);
 		/// Writes one '0' bit followed by integer(val).
 
@@ -91,6 +95,25 @@ inline void Encoder::integer(BitStreamWriter& aWriter, unsigned int val)
 		aWriter.write((1u << (restOfOctet + 7)) | (val - (1u << (restOfOctet - 1)) - 1), restOfOctet + 8);
 	else
 		integerForms(aWriter, val);
+}
+
+
+inline void Encoder::indexReference(BitStreamWriter& aWriter, unsigned int val)
+{
+	// The '1' and integer()'s inline forms, which start one bit later,
+	// joined, so that the reference reaches the stream in one step.
+	const int pos = aWriter.bitPos() + 1;
+	const int restOfOctet = 8 - pos;
+	static const unsigned int TWO_OCTET_LIMITS[] = {0, 8256, 2080, 1040};
+	if (pos <= 3 && val >= 1 && val <= (1u << (restOfOctet - 1)))
+		aWriter.write((1u << restOfOctet) | (val - 1), restOfOctet + 1);
+	else if (pos <= 3 && val > (1u << (restOfOctet - 1)) && val <= TWO_OCTET_LIMITS[pos])
+		aWriter.write((3u << (restOfOctet + 7)) | (val - (1u << (restOfOctet - 1)) - 1), restOfOctet + 9);
+	else
+	{
+		aWriter.write(true);
+		integerForms(aWriter, val);
+	}
 }
 
 
