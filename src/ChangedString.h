@@ -16,7 +16,7 @@
 
 
 #include "Korvo/FastInfoset/FastInfoset.h"
-#include <cstring>
+#include "Korvo/FastInfoset/ValueIndex.h"
 #include <string>
 
 
@@ -24,32 +24,11 @@ namespace Korvo {
 namespace FastInfoset {
 
 
-template <class Word>
-inline bool sameEnds(const char* pLeft, const char* pRight, std::size_t length)
-	/// Whether the first and the last Word of the length octets (at least
-	/// one Word, at most two) are equal at pLeft and at pRight.
-{
-	Word a, b, c, d;
-	std::memcpy(&a, pLeft, sizeof(Word));
-	std::memcpy(&b, pRight, sizeof(Word));
-	std::memcpy(&c, pLeft + length - sizeof(Word), sizeof(Word));
-	std::memcpy(&d, pRight + length - sizeof(Word), sizeof(Word));
-	return ((a ^ b) | (c ^ d)) == 0;
-}
-
-
 inline bool sameOctets(const char* pLeft, const char* pRight, std::size_t length)
-	/// Whether the length octets at pLeft and at pRight are equal: short
-	/// strings, most names and values, without a call.
+	/// Whether the length octets at pLeft and at pRight are equal, compared
+	/// as the value index compares them.
 {
-	if (length > 16) return std::memcmp(pLeft, pRight, length) == 0;
-	if (length >= 8) return sameEnds<Korvo::UInt64>(pLeft, pRight, length);
-	if (length >= 4) return sameEnds<Korvo::UInt32>(pLeft, pRight, length);
-	for (std::size_t i = 0; i < length; ++i)
-	{
-		if (pLeft[i] != pRight[i]) return false;
-	}
-	return true;
+	return ValueHash<std::string>::sameOctets(pLeft, pRight, length);
 }
 
 
