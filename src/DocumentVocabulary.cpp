@@ -12,6 +12,7 @@
 
 
 #include "Korvo/FastInfoset/DocumentVocabulary.h"
+#include "ThreadSpare.h"
 #include "Korvo/FastInfoset/HashVocabulary.h"
 #include "Korvo/FastInfoset/MapVocabulary.h"
 #include "Korvo/FastInfoset/VectorVocabulary.h"
@@ -57,20 +58,14 @@ namespace
 		Vocabulary<QualifiedNameEntry>* pAttributes;
 	};
 
-	class SparePool
+	struct SpareSets
 		/// The spare tables of one thread, one set per kind of vocabulary.
-		/// Once the thread's objects are being destroyed it keeps nothing.
 	{
-	public:
-		SparePool():
-			_sets()
-		{
-		}
+		SpareTables sets[3];
 
-		~SparePool()
+		~SpareSets()
 		{
-			_closed = true;
-			for (SpareTables& set: _sets)
+			for (SpareTables& set: sets)
 			{
 				if (!set.pElements) continue;
 				for (auto pTable: set.strings) delete pTable;
@@ -78,24 +73,15 @@ namespace
 				delete set.pAttributes;
 			}
 		}
-
-		static SpareTables* set(DocumentVocabulary::VocabularyImpl impl)
-			/// The set for impl, or null once the thread's pool is gone.
-		{
-			if (_closed || impl > DocumentVocabulary::VOC_VECTOR) return nullptr;
-			return &_pool._sets[impl];
-		}
-
-	private:
-		SpareTables _sets[3];
-
-		static thread_local SparePool _pool;
-		static thread_local bool      _closed;
-			// Plain, so that it can still be read after the pool is destroyed.
 	};
 
-	thread_local SparePool SparePool::_pool;
-	thread_local bool      SparePool::_closed = false;
+	SpareTables* spareSet(DocumentVocabulary::VocabularyImpl impl)
+		/// The set for impl, or null once the thread's sets are gone.
+	{
+		SpareSets* pSets = ThreadSpare<SpareSets>::get();
+		if (!pSets || impl > DocumentVocabulary::VOC_VECTOR) return nullptr;
+		return &pSets->sets[impl];
+	}
 
 	template <class T>
 	T* cloneOf(const T* pTable)
@@ -237,7 +223,7 @@ DocumentVocabulary::~DocumentVocabulary()
 
 bool DocumentVocabulary::giveSpareTables()
 {
-	SpareTables* pSet = SparePool::set(_impl);
+	SpareTables* pSet = spareSet(_impl);
 	if (!pSet || pSet->pElements || _vocabularies.size() != TABLE_SLOTS || !_pElementVocabulary || !_pAttributeVocabulary) return false;
 	for (std::size_t id = PREFIX; id < TABLE_SLOTS; ++id)
 	{
@@ -261,7 +247,7 @@ bool DocumentVocabulary::giveSpareTables()
 
 bool DocumentVocabulary::takeSpareTables()
 {
-	SpareTables* pSet = SparePool::set(_impl);
+	SpareTables* pSet = spareSet(_impl);
 	if (!pSet || !pSet->pElements) return false;
 	// _vocabularies has room for every table and is empty.
 	_vocabularies.assign(pSet->strings, pSet->strings + TABLE_SLOTS);

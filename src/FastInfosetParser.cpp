@@ -24,6 +24,7 @@
 #include "Korvo/FastInfoset/Utility.h"
 #include "ChangedString.h"
 #include "NewValueFilter.h"
+#include "ThreadSpare.h"
 #include "RecycledAttributes.h"
 #include "VocabularyLimit.h"
 #include "Poco/SAX/ContentHandler.h"
@@ -116,24 +117,11 @@ namespace
 }
 
 
-class FastInfosetParser::SpareParts
+struct FastInfosetParser::SpareParts
 	/// The working storage of a destroyed parser (attribute lists, filters,
 	/// resolved and qualified names, stacks), kept for the next parser made on the
 	/// same thread: a parser made for each message then allocates little.
-	/// Once the thread's objects are being destroyed it keeps nothing.
 {
-public:
-	static SpareParts* get()
-		/// The thread's parts, or null once they are gone.
-	{
-		return _closed ? nullptr : &_parts;
-	}
-
-	~SpareParts()
-	{
-		_closed = true;
-	}
-
 	bool held = false;
 	std::vector<std::unique_ptr<RecycledAttributes>> attributeLists;
 	std::vector<RecycledAttributes*> madeLists;
@@ -144,16 +132,7 @@ public:
 	std::unique_ptr<NewValueFilter<QualifiedNameEntry>[]> pNameFilters;
 	std::vector<ResolvedQualName> openElements;
 	std::vector<const std::string*> prefixMappings;
-
-private:
-	static thread_local SpareParts _parts;
-	static thread_local bool _closed;
-		// Plain, so that it can still be read after the parts are destroyed.
 };
-
-
-thread_local FastInfosetParser::SpareParts FastInfosetParser::SpareParts::_parts;
-thread_local bool FastInfosetParser::SpareParts::_closed = false;
 
 
 const XMLString FastInfosetParser::EMPTY_STRING;
@@ -209,7 +188,7 @@ FastInfosetParser::~FastInfosetParser()
 
 bool FastInfosetParser::takeSpareParts()
 {
-	SpareParts* pSpare = SpareParts::get();
+	SpareParts* pSpare = ThreadSpare<SpareParts>::get();
 	if (!pSpare || !pSpare->held) return false;
 	// Moves and swaps of what is there: nothing here can throw.
 	_attributeLists.swap(pSpare->attributeLists);
@@ -233,7 +212,7 @@ bool FastInfosetParser::takeSpareParts()
 
 void FastInfosetParser::giveSpareParts()
 {
-	SpareParts* pSpare = SpareParts::get();
+	SpareParts* pSpare = ThreadSpare<SpareParts>::get();
 	if (!pSpare || pSpare->held || _attributeLists.size() != ATTRIBUTE_LISTS || !_pStringFilters) return;
 	if (_qualifiedNames.size() > MAX_SPARE_NAMES || _elementNames.capacity() > MAX_SPARE_NAMES || _attributeNames.capacity() > MAX_SPARE_NAMES
 		|| _openElements.capacity() > MAX_SPARE_NAMES) return;

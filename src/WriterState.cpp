@@ -12,6 +12,8 @@
 
 
 #include "WriterState.h"
+#include "ThreadSpare.h"
+#include <memory>
 
 
 namespace Korvo {
@@ -20,48 +22,15 @@ namespace FastInfoset {
 
 namespace
 {
-	class SpareState
-		/// The state of the thread's last writer, or none. Once the thread's
-		/// objects are being destroyed it keeps nothing.
-	{
-	public:
-		~SpareState()
-		{
-			_closed = true;
-			delete _pState;
-		}
-
-		static WriterState*& slot()
-		{
-			return _spare._pState;
-		}
-
-		static bool closed()
-		{
-			return _closed;
-		}
-
-	private:
-		WriterState* _pState = nullptr;
-
-		static thread_local SpareState _spare;
-		static thread_local bool       _closed;
-			// Plain, so that it can still be read after the spare is destroyed.
-	};
-
-	thread_local SpareState SpareState::_spare;
-	thread_local bool       SpareState::_closed = false;
+	using SpareState = ThreadSpare<std::unique_ptr<WriterState>>;
+		// The state of the thread's last writer, or none.
 }
 
 
 WriterState* WriterState::take(const DocumentVocabulary& vocabulary)
 {
-	WriterState* pState = nullptr;
-	if (!SpareState::closed())
-	{
-		pState = SpareState::slot();
-		SpareState::slot() = nullptr;
-	}
+	std::unique_ptr<WriterState>* pSpare = SpareState::get();
+	WriterState* pState = pSpare ? pSpare->release() : nullptr;
 	if (pState)
 		pState->namespaces.reset();
 	else
@@ -74,12 +43,13 @@ WriterState* WriterState::take(const DocumentVocabulary& vocabulary)
 void WriterState::give(WriterState* pState)
 {
 	if (!pState) return;
-	if (SpareState::closed() || SpareState::slot() || !pState->isSmall())
+	std::unique_ptr<WriterState>* pSpare = SpareState::get();
+	if (!pSpare || *pSpare || !pState->isSmall())
 	{
 		delete pState;
 		return;
 	}
-	SpareState::slot() = pState;
+	pSpare->reset(pState);
 }
 
 

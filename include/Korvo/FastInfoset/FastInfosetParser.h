@@ -271,7 +271,7 @@ private:
 	FastInfosetParser(const FastInfosetParser&);
 	FastInfosetParser& operator = (const FastInfosetParser&);
 
-	class SpareParts;
+	struct SpareParts;
 
 	void reserveBuffers();
 	bool takeSpareParts();
