@@ -178,6 +178,7 @@ void FastInfosetWriter::init()
 {
 	std::fill(std::begin(_pIndexedTables), std::end(_pIndexedTables), nullptr);
 	std::fill(std::begin(_pIndexedNames), std::end(_pIndexedNames), nullptr);
+	_bindingIndices = false;
 	_pState = WriterState::take(_vocabulary);
 	// The stacks' storage comes with the state; room for the usual nesting
 	// and attribute counts, so that a small message grows nothing.
@@ -265,6 +266,7 @@ void FastInfosetWriter::findTables()
 		_pIndexedTables[id] = indexedTable(_vocabulary.vocabulary(DocumentVocabulary::ID(id)));
 	_pIndexedNames[0] = indexedTable(&getQNameVocabulary(false));
 	_pIndexedNames[1] = indexedTable(&getQNameVocabulary(true));
+	_bindingIndices = _pIndexedTables[DocumentVocabulary::PREFIX] && _pIndexedTables[DocumentVocabulary::NAMESPACE_NAME];
 }
 
 
@@ -387,9 +389,9 @@ void FastInfosetWriter::startElement(const XMLString& namespaceURI, const XMLStr
 {
 	requireDocument("startElement() not allowed outside the document");
 	requireOutsideDTD("startElement() not allowed inside a document type declaration");
-	const XMLString* pPrefix;
+	std::string_view prefix;
 	const XMLString* pLocalName;
-	elementName(namespaceURI, localName, qname, pPrefix, pLocalName);
+	elementName(namespaceURI, localName, qname, prefix, pLocalName);
 
 	handleEncodedData();
 	padToOctet();
@@ -407,12 +409,29 @@ void FastInfosetWriter::startElement(const XMLString& namespaceURI, const XMLStr
 		for (std::size_t position: _pState->declarations)
 		{
 			_writer.write(NAMESPACE_ATTRIBUTE, 6);
-			writeNamespaceAttribute(_pState->namespaces.prefixAt(position), _pState->namespaces.uriAt(position));
+			writeNamespaceBinding(position);
 		}
 		writeTerminator();
 		_writer.write(0, 6);
 	}
-	writeElementContent(*pPrefix, namespaceURI, *pLocalName, _attributeValues);
+	// The declaration the name is written in, whose indices spare the
+	// look-ups of its prefix and namespace.
+	std::size_t binding = NamespaceContext::NOT_FOUND;
+	if (_bindingIndices && !namespaceURI.empty())
+	{
+		binding = _pState->namespaces.find(prefix);
+		if (binding != NamespaceContext::NOT_FOUND && _pState->namespaces.uriAt(binding) != namespaceURI) binding = NamespaceContext::NOT_FOUND;
+	}
+	writeName(prefix, namespaceURI, *pLocalName, true, binding);
+	if (!_attributeValues.empty())
+	{
+		for (const AttributeValue& attribute: _attributeValues)
+		{
+			_writer.write(false);
+			writeAttribute(*attribute.pPrefix, *attribute.pNamespaceURI, *attribute.pLocalName, *attribute.pValue);
+		}
+		writeTerminator();
+	}
 	// The children's context is opened only now: the names gathered above
 	// point into the current one.
 	_pState->namespaces.pushContext();
@@ -423,9 +442,9 @@ void FastInfosetWriter::startElement(const XMLString& namespaceURI, const XMLStr
 }
 
 
-void FastInfosetWriter::elementName(const XMLString& namespaceURI, const XMLString& localName, const XMLString& qname, const XMLString*& pPrefix, const XMLString*& pLocalName)
+void FastInfosetWriter::elementName(const XMLString& namespaceURI, const XMLString& localName, const XMLString& qname, std::string_view& prefix, const XMLString*& pLocalName)
 {
-	pPrefix = &EMPTY;
+	prefix = std::string_view();
 	pLocalName = &localName;
 	if (!localName.empty() && (qname.empty() || qname == localName))
 	{
@@ -434,7 +453,7 @@ void FastInfosetWriter::elementName(const XMLString& namespaceURI, const XMLStri
 			if (!_pState->namespaces.isMapped(namespaceURI)) declarePrefix(unusedPrefix(), namespaceURI);
 			// A copy: declaring the attributes' prefixes may replace the entry.
 			_namePrefix = _pState->namespaces.getPrefix(namespaceURI);
-			pPrefix = &_namePrefix;
+			prefix = _namePrefix;
 		}
 	}
 	else if (namespaceURI.empty() && localName.empty() && !qname.empty())
@@ -443,11 +462,19 @@ void FastInfosetWriter::elementName(const XMLString& namespaceURI, const XMLStri
 	}
 	else if (!localName.empty() && !qname.empty())
 	{
-		prefixOf(qname, _namePrefix);
-		if (_namePrefix.empty()) _namePrefix = _pState->namespaces.getPrefix(namespaceURI);
-		if (!namespaceURI.empty() && _pState->namespaces.getURI(_namePrefix) != namespaceURI)
-			declarePrefix(_namePrefix, namespaceURI);
-		pPrefix = &_namePrefix;
+		// What comes before the first colon, as Name::split() has it.
+		const void* pColon = std::memchr(qname.data(), ':', qname.size());
+		if (pColon)
+		{
+			prefix = std::string_view(qname.data(), static_cast<std::size_t>(static_cast<const char*>(pColon) - qname.data()));
+		}
+		else
+		{
+			_namePrefix = _pState->namespaces.getPrefix(namespaceURI);
+			prefix = _namePrefix;
+		}
+		if (!namespaceURI.empty() && _pState->namespaces.getURI(prefix) != namespaceURI)
+			declarePrefix(prefix, namespaceURI);
 	}
 	else throw FISException("Tag mismatch", nameToString(localName, qname));
 }
@@ -573,7 +600,7 @@ void FastInfosetWriter::startPrefixMapping(const XMLString& prefix, const XMLStr
 }
 
 
-void FastInfosetWriter::declarePrefix(const XMLString& prefix, const XMLString& uri)
+void FastInfosetWriter::declarePrefix(std::string_view prefix, std::string_view uri)
 {
 	// The namespace support keeps the first declaration of a prefix in a
 	// context. The last must count: a prefix that the writer declared for an
@@ -753,6 +780,19 @@ void FastInfosetWriter::writeAttribute(const XMLString& prefix, const XMLString&
 }
 
 
+void FastInfosetWriter::writeNamespaceBinding(std::size_t position)
+{
+	NamespaceContext& namespaces = _pState->namespaces;
+	const XMLString& prefix = namespaces.prefixAt(position);
+	const XMLString& ns = namespaces.uriAt(position);
+	_writer.write(!prefix.empty());
+	_writer.write(!ns.empty());
+	const unsigned int prefixIdx = prefix.empty() ? 0 : writeIdentifyingStringOrIndex(prefix, DocumentVocabulary::PREFIX);
+	const unsigned int nsIdx = ns.empty() ? 0 : writeIdentifyingStringOrIndex(ns, DocumentVocabulary::NAMESPACE_NAME);
+	if (_bindingIndices && prefixIdx != NOT_INDEXED && nsIdx != NOT_INDEXED) namespaces.setTableIndices(position, prefixIdx, nsIdx);
+}
+
+
 void FastInfosetWriter::writeNamespaceAttribute(const XMLString& prefix, const XMLString& ns)
 {
 	if (_writer.bitPos() != 6) throw FISEncodingException("Illegal startposition for a NamespaceAttribute value");
@@ -768,7 +808,13 @@ unsigned int FastInfosetWriter::writeQualifiedNameOrIndex(const XMLString& prefi
 	const int startPos = _writer.bitPos();
 	if (startPos != 1 && startPos != 2) throw FISEncodingException("Illegal startposition for a writeQualifiedNameOrIndex value");
 	poco_assert (!localName.empty());
+	return writeName(prefix, ns, localName, inElement, NamespaceContext::NOT_FOUND);
+}
 
+
+unsigned int FastInfosetWriter::writeName(std::string_view prefix, const XMLString& ns, const XMLString& localName, bool inElement, std::size_t binding)
+{
+	const int startPos = _writer.bitPos();
 	// Names repeat: one look-up of the whole name replaces four table
 	// look-ups once a name has been seen. The local name's hash serves
 	// the local-name table as well.
@@ -778,7 +824,7 @@ unsigned int FastInfosetWriter::writeQualifiedNameOrIndex(const XMLString& prefi
 	QualifiedNameCache& knownNames = _pState->knownNames;
 	unsigned int idx = knownNames.find(hash, prefix, ns, localName, inElement, slot);
 	unsigned int foundIdx = 0;
-	if (!idx && !_knownNamesComplete && findQualifiedName(prefix, ns, localName, inElement, foundIdx))
+	if (!idx && !_knownNamesComplete && findQualifiedName(_scratchPrefix.assign(prefix.data(), prefix.size()), ns, localName, inElement, foundIdx))
 	{
 		idx = foundIdx;
 		knownNames.add(slot, hash, prefix, ns, localName, inElement, getQNameVocabulary(inElement).value(idx), idx);
@@ -792,7 +838,7 @@ unsigned int FastInfosetWriter::writeQualifiedNameOrIndex(const XMLString& prefi
 	{
 		writeTerminator();
 		if (startPos == 1) _writer.write(false);
-		idx = writeNewQualifiedName(prefix, ns, localName, localNameHash, inElement);
+		idx = writeNewQualifiedName(prefix, ns, localName, localNameHash, inElement, binding);
 		if (idx) knownNames.add(slot, hash, prefix, ns, localName, inElement, getQNameVocabulary(inElement).value(idx), idx);
 	}
 	poco_assert (_writer.bitPos() == 0);
@@ -821,15 +867,15 @@ unsigned int FastInfosetWriter::writeQualifiedName(const XMLString& prefix, cons
 {
 	poco_assert (!localName.empty());
 	QualifiedNameEntry qne;
-	if (!writeNameParts(prefix, ns, localName, ValueHash<std::string>()(localName), inElement, qne)) return 0;
+	if (!writeNameParts(prefix, ns, localName, ValueHash<std::string>()(localName), inElement, NamespaceContext::NOT_FOUND, qne)) return 0;
 	return insertQualifiedName(qne, inElement);
 }
 
 
-unsigned int FastInfosetWriter::writeNewQualifiedName(const XMLString& prefix, const XMLString& ns, const XMLString& localName, Korvo::UInt32 localNameHash, bool inElement)
+unsigned int FastInfosetWriter::writeNewQualifiedName(std::string_view prefix, const XMLString& ns, const XMLString& localName, Korvo::UInt32 localNameHash, bool inElement, std::size_t binding)
 {
 	QualifiedNameEntry qne;
-	if (!writeNameParts(prefix, ns, localName, localNameHash, inElement, qne)) return 0;
+	if (!writeNameParts(prefix, ns, localName, localNameHash, inElement, binding, qne)) return 0;
 	// Known to be absent, it is appended without a look-up; the table's
 	// index, if it has one, takes it in when next asked.
 	if (IndexedVocabulary<QualifiedNameEntry>* pNames = _pIndexedNames[inElement])
@@ -842,12 +888,24 @@ unsigned int FastInfosetWriter::writeNewQualifiedName(const XMLString& prefix, c
 }
 
 
-bool FastInfosetWriter::writeNameParts(const XMLString& prefix, const XMLString& ns, const XMLString& localName, Korvo::UInt32 localNameHash, bool inElement, QualifiedNameEntry& qne)
+bool FastInfosetWriter::writeNameParts(std::string_view prefix, const XMLString& ns, const XMLString& localName, Korvo::UInt32 localNameHash, bool inElement, std::size_t binding, QualifiedNameEntry& qne)
 {
 	_writer.write(!prefix.empty());
 	_writer.write(!ns.empty());
-	const unsigned int prefixIdx = prefix.empty() ? 0 : writeIdentifyingStringOrIndex(prefix, DocumentVocabulary::PREFIX);
-	const unsigned int nsIdx = ns.empty() ? 0 : writeIdentifyingStringOrIndex(ns, DocumentVocabulary::NAMESPACE_NAME);
+	unsigned int prefixIdx;
+	unsigned int nsIdx;
+	if (binding != NamespaceContext::NOT_FOUND && _pState->namespaces.tableIndices(binding, prefixIdx, nsIdx))
+	{
+		// Both are in their tables since the declaration was written.
+		if (!prefix.empty()) writeIdentifyingStringIndex(prefixIdx);
+		writeIdentifyingStringIndex(nsIdx);
+	}
+	else
+	{
+		prefixIdx = prefix.empty() ? 0 : writeIdentifyingStringOrIndex(_scratchPrefix.assign(prefix.data(), prefix.size()), DocumentVocabulary::PREFIX);
+		nsIdx = ns.empty() ? 0 : writeIdentifyingStringOrIndex(ns, DocumentVocabulary::NAMESPACE_NAME);
+		if (binding != NamespaceContext::NOT_FOUND && prefixIdx != NOT_INDEXED && nsIdx != NOT_INDEXED) _pState->namespaces.setTableIndices(binding, prefixIdx, nsIdx);
+	}
 	bool exists;
 	const unsigned int localNameIdx = indexString(DocumentVocabulary::LOCAL_NAME, localName, localNameHash, exists);
 	if (exists)

@@ -60,7 +60,7 @@ void NamespaceContext::popContext()
 }
 
 
-inline bool NamespaceContext::equal(const std::string& left, const std::string& right)
+inline bool NamespaceContext::equal(std::string_view left, std::string_view right)
 {
 	return left.size() == right.size() && ValueHash<std::string>::sameOctets(left.data(), right.data(), left.size());
 }
@@ -73,7 +73,7 @@ inline std::size_t NamespaceContext::currentMark() const
 }
 
 
-bool NamespaceContext::declarePrefix(const std::string& prefix, const std::string& uri)
+bool NamespaceContext::declarePrefix(std::string_view prefix, std::string_view uri)
 {
 	for (std::size_t i = currentMark(); i < _size; ++i)
 	{
@@ -83,11 +83,12 @@ bool NamespaceContext::declarePrefix(const std::string& prefix, const std::strin
 	Binding& binding = _bindings[_size++];
 	binding.prefix.assign(prefix);
 	binding.uri.assign(uri);
+	binding.indexed = false;
 	return true;
 }
 
 
-bool NamespaceContext::undeclarePrefix(const std::string& prefix)
+bool NamespaceContext::undeclarePrefix(std::string_view prefix)
 {
 	for (std::size_t i = _size; i-- > 0; )
 	{
@@ -106,14 +107,21 @@ bool NamespaceContext::undeclarePrefix(const std::string& prefix)
 }
 
 
-const std::string& NamespaceContext::getURI(const std::string& prefix) const
+const std::string& NamespaceContext::getURI(std::string_view prefix) const
+{
+	const std::size_t position = find(prefix);
+	return position == NOT_FOUND ? EMPTY : _bindings[position].uri;
+}
+
+
+std::size_t NamespaceContext::find(std::string_view prefix) const
 {
 	// A context declares a prefix once: the last declaration is the innermost.
 	for (std::size_t i = _size; i-- > 0; )
 	{
-		if (equal(_bindings[i].prefix, prefix)) return _bindings[i].uri;
+		if (equal(_bindings[i].prefix, prefix)) return i;
 	}
-	return EMPTY;
+	return NOT_FOUND;
 }
 
 

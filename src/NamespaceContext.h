@@ -20,6 +20,7 @@
 #include "Korvo/FastInfoset/FastInfoset.h"
 #include "Poco/SAX/NamespaceSupport.h"
 #include <string>
+#include <string_view>
 #include <vector>
 
 
@@ -48,15 +49,20 @@ public:
 	void pushContext();
 	void popContext();
 
-	bool declarePrefix(const std::string& prefix, const std::string& uri);
+	static constexpr std::size_t NOT_FOUND = static_cast<std::size_t>(-1);
+
+	bool declarePrefix(std::string_view prefix, std::string_view uri);
 		/// Declares prefix in the current context; false, changing nothing,
 		/// when the context declares it already.
 
-	bool undeclarePrefix(const std::string& prefix);
+	bool undeclarePrefix(std::string_view prefix);
 		/// Removes the innermost declaration of prefix; false when there is none.
 
-	const std::string& getURI(const std::string& prefix) const;
+	const std::string& getURI(std::string_view prefix) const;
 		/// The namespace of the innermost declaration of prefix, or an empty string.
+
+	std::size_t find(std::string_view prefix) const;
+		/// The position of the innermost declaration of prefix, or NOT_FOUND.
 
 	const std::string& getPrefix(const std::string& uri) const;
 		/// A prefix of the innermost context that maps one to uri, or an empty string.
@@ -73,14 +79,25 @@ public:
 	const std::string& prefixAt(std::size_t position) const;
 	const std::string& uriAt(std::size_t position) const;
 
+	bool tableIndices(std::size_t position, unsigned int& prefixIndex, unsigned int& uriIndex) const;
+		/// The indices of the declaration's prefix and namespace in the
+		/// writer's tables, once setTableIndices() has noted them.
+
+	void setTableIndices(std::size_t position, unsigned int prefixIndex, unsigned int uriIndex);
+
 private:
 	struct Binding
 	{
-		std::string prefix;
-		std::string uri;
+		std::string  prefix;
+		std::string  uri;
+		unsigned int prefixIndex = 0;
+		unsigned int uriIndex = 0;
+		bool         indexed = false;
+			/// The table indices are known: names in this namespace need
+			/// not look their prefix and namespace up.
 	};
 
-	static bool equal(const std::string& left, const std::string& right);
+	static bool equal(std::string_view left, std::string_view right);
 	std::size_t currentMark() const;
 
 	std::vector<Binding>     _bindings;
@@ -103,6 +120,24 @@ inline const std::string& NamespaceContext::prefixAt(std::size_t position) const
 inline const std::string& NamespaceContext::uriAt(std::size_t position) const
 {
 	return _bindings[position].uri;
+}
+
+
+inline bool NamespaceContext::tableIndices(std::size_t position, unsigned int& prefixIndex, unsigned int& uriIndex) const
+{
+	const Binding& binding = _bindings[position];
+	prefixIndex = binding.prefixIndex;
+	uriIndex = binding.uriIndex;
+	return binding.indexed;
+}
+
+
+inline void NamespaceContext::setTableIndices(std::size_t position, unsigned int prefixIndex, unsigned int uriIndex)
+{
+	Binding& binding = _bindings[position];
+	binding.prefixIndex = prefixIndex;
+	binding.uriIndex = uriIndex;
+	binding.indexed = true;
 }
 
 

@@ -44,7 +44,7 @@ void QualifiedNameCache::reset(const DocumentVocabulary& vocabulary)
 }
 
 
-unsigned int QualifiedNameCache::find(Korvo::UInt32 hash, const std::string& prefix, const std::string& ns, const std::string& localName, bool inElement, std::size_t& slot) const
+unsigned int QualifiedNameCache::find(Korvo::UInt32 hash, std::string_view prefix, std::string_view ns, std::string_view localName, bool inElement, std::size_t& slot) const
 {
 	if (_slots.empty())
 	{
@@ -66,7 +66,7 @@ inline const std::string* QualifiedNameCache::string(const Vocabulary<std::strin
 }
 
 
-void QualifiedNameCache::add(std::size_t slot, Korvo::UInt32 hash, const std::string& prefix, const std::string& ns, const std::string& localName, bool inElement, const QualifiedNameEntry& name, unsigned int index)
+void QualifiedNameCache::add(std::size_t slot, Korvo::UInt32 hash, std::string_view prefix, std::string_view ns, std::string_view localName, bool inElement, const QualifiedNameEntry& name, unsigned int index)
 {
 	if (2*(_entries.size() + 1) > _slots.size())
 	{
@@ -79,7 +79,7 @@ void QualifiedNameCache::add(std::size_t slot, Korvo::UInt32 hash, const std::st
 }
 
 
-Korvo::UInt32 QualifiedNameCache::hashOf(Korvo::UInt32 localNameHash, const std::string& prefix, const std::string& ns, bool inElement)
+Korvo::UInt32 QualifiedNameCache::hashOf(Korvo::UInt32 localNameHash, std::string_view prefix, std::string_view ns, bool inElement)
 {
 	// The local name tells most names apart; of the rest only the lengths,
 	// spread over the bits the slot is taken from.
@@ -94,13 +94,13 @@ std::size_t QualifiedNameCache::storage() const
 }
 
 
-inline bool QualifiedNameCache::equal(const std::string& left, const std::string& right)
+inline bool QualifiedNameCache::equal(const std::string& left, std::string_view right)
 {
 	return left.size() == right.size() && ValueHash<std::string>::sameOctets(left.data(), right.data(), left.size());
 }
 
 
-std::size_t QualifiedNameCache::slotOf(Korvo::UInt32 hash, const std::string& prefix, const std::string& ns, const std::string& localName, bool inElement) const
+std::size_t QualifiedNameCache::slotOf(Korvo::UInt32 hash, std::string_view prefix, std::string_view ns, std::string_view localName, bool inElement) const
 {
 	const std::size_t mask = _slots.size() - 1;
 	for (std::size_t i = hash & mask; ; i = (i + 1) & mask)

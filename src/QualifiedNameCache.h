@@ -21,6 +21,7 @@
 #include "Korvo/FastInfoset/DocumentVocabulary.h"
 #include "Korvo/FastInfoset/QualifiedNameVocabulary.h"
 #include <string>
+#include <string_view>
 #include <vector>
 
 
@@ -42,15 +43,15 @@ public:
 		/// Forgets every name; names are then taken from the string tables of
 		/// vocabulary, which must keep their values until the next reset.
 
-	static Korvo::UInt32 hashOf(Korvo::UInt32 localNameHash, const std::string& prefix, const std::string& ns, bool inElement);
+	static Korvo::UInt32 hashOf(Korvo::UInt32 localNameHash, std::string_view prefix, std::string_view ns, bool inElement);
 		/// The hash that find() and add() take, computed once for both from
 		/// the ValueHash of the local name, which the local-name table takes.
 
-	unsigned int find(Korvo::UInt32 hash, const std::string& prefix, const std::string& ns, const std::string& localName, bool inElement, std::size_t& slot) const;
+	unsigned int find(Korvo::UInt32 hash, std::string_view prefix, std::string_view ns, std::string_view localName, bool inElement, std::size_t& slot) const;
 		/// The index of the name, or 0 when it is not known (no name has
 		/// index 0). slot tells add() where an unknown name goes.
 
-	void add(std::size_t slot, Korvo::UInt32 hash, const std::string& prefix, const std::string& ns, const std::string& localName, bool inElement, const QualifiedNameEntry& name, unsigned int index);
+	void add(std::size_t slot, Korvo::UInt32 hash, std::string_view prefix, std::string_view ns, std::string_view localName, bool inElement, const QualifiedNameEntry& name, unsigned int index);
 		/// Remembers that the name, whose table entry is name, has index:
 		/// right after find() did not find it and gave slot.
 
@@ -68,10 +69,10 @@ private:
 		bool               inElement;
 	};
 
-	std::size_t slotOf(Korvo::UInt32 hash, const std::string& prefix, const std::string& ns, const std::string& localName, bool inElement) const;
+	std::size_t slotOf(Korvo::UInt32 hash, std::string_view prefix, std::string_view ns, std::string_view localName, bool inElement) const;
 		/// The slot that holds the name, or the empty slot where it would go.
 	static const std::string* string(const Vocabulary<std::string>* pTable, unsigned int id);
-	static bool equal(const std::string& left, const std::string& right);
+	static bool equal(const std::string& left, std::string_view right);
 	void grow();
 
 	std::vector<Entry>        _entries;

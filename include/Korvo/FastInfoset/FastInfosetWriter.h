@@ -340,16 +340,16 @@ private:
 	FastInfosetWriter(const FastInfosetWriter&);
 	FastInfosetWriter& operator = (const FastInfosetWriter&);
 
-	void elementName(const Korvo::XML::XMLString& namespaceURI, const Korvo::XML::XMLString& localName, const Korvo::XML::XMLString& qname, const Korvo::XML::XMLString*& pPrefix, const Korvo::XML::XMLString*& pLocalName);
+	void elementName(const Korvo::XML::XMLString& namespaceURI, const Korvo::XML::XMLString& localName, const Korvo::XML::XMLString& qname, std::string_view& prefix, const Korvo::XML::XMLString*& pLocalName);
 		/// The prefix and local name an element is written with, declaring
-		/// its prefix when needed.
+		/// its prefix when needed. The prefix lies in qname or the writer.
 	void init();
 	DocumentVocabulary& externalVocabulary();
 	void requireState(State state, const char* message) const;
 	void requireDocument(const char* message) const;
 	void requireOutsideDTD(const char* message) const;
 	void requireElementContent() const;
-	void declarePrefix(const Korvo::XML::XMLString& prefix, const Korvo::XML::XMLString& uri);
+	void declarePrefix(std::string_view prefix, std::string_view uri);
 	void dropOwnPrefixes();
 	void forgetEndedPrefixes();
 	void padToOctet();
@@ -370,10 +370,17 @@ private:
 	void writeElementContent(const Korvo::XML::XMLString& prefix, const Korvo::XML::XMLString& ns, const Korvo::XML::XMLString& localName, const AttributeVec& attributes);
 		/// The element's name and attributes: writeElement() after its
 		/// namespace attributes.
-	unsigned int writeNewQualifiedName(const Korvo::XML::XMLString& prefix, const Korvo::XML::XMLString& ns, const Korvo::XML::XMLString& localName, Korvo::UInt32 localNameHash, bool inElement);
+	unsigned int writeName(std::string_view prefix, const Korvo::XML::XMLString& ns, const Korvo::XML::XMLString& localName, bool inElement, std::size_t binding);
+		/// writeQualifiedNameOrIndex() at a checked position. binding is the
+		/// position of the declaration of prefix and ns in the namespace
+		/// context, or NamespaceContext::NOT_FOUND.
+	unsigned int writeNewQualifiedName(std::string_view prefix, const Korvo::XML::XMLString& ns, const Korvo::XML::XMLString& localName, Korvo::UInt32 localNameHash, bool inElement, std::size_t binding);
 		/// writeQualifiedName() for a name its table is known not to hold.
-	bool writeNameParts(const Korvo::XML::XMLString& prefix, const Korvo::XML::XMLString& ns, const Korvo::XML::XMLString& localName, Korvo::UInt32 localNameHash, bool inElement, QualifiedNameEntry& qne);
+	bool writeNameParts(std::string_view prefix, const Korvo::XML::XMLString& ns, const Korvo::XML::XMLString& localName, Korvo::UInt32 localNameHash, bool inElement, std::size_t binding, QualifiedNameEntry& qne);
 		/// Writes the literal name's parts; false when it is not to be indexed.
+	void writeNamespaceBinding(std::size_t position);
+		/// writeNamespaceAttribute() for a declaration of the namespace
+		/// context, which notes the indices of its prefix and namespace.
 	void findTables();
 		/// Notes which tables can be searched without a virtual call.
 	unsigned int indexString(DocumentVocabulary::ID id, std::string_view str, bool& exists);
@@ -439,6 +446,10 @@ private:
 		/// True when _pKnownNames holds every name of the name tables.
 	IndexedVocabulary<std::string>*     _pIndexedTables[DocumentVocabulary::CHARACTER_CONTENT_CHUNK + 1];
 	IndexedVocabulary<QualifiedNameEntry>* _pIndexedNames[2];
+	bool                                _bindingIndices;
+		/// True when the prefix and namespace tables find their values:
+		/// the namespace context can then keep the indices of its
+		/// declarations for the names written in them.
 
 	// The prefixes declared through startPrefixMapping(): those of each open
 	// element from its mark on, then those of the element to come (from
