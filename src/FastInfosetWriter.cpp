@@ -115,6 +115,37 @@ namespace
 		return dynamic_cast<IndexedVocabulary<T>*>(pTable);
 	}
 
+	class ListAccess
+		/// Any attribute list, through its virtual functions.
+	{
+	public:
+		explicit ListAccess(const Attributes& attributes): _attributes(attributes) {}
+		int length() const { return _attributes.getLength(); }
+		const XMLString& uri(int i) const { return _attributes.getURI(i); }
+		const XMLString& localName(int i) const { return _attributes.getLocalName(i); }
+		const XMLString& qname(int i) const { return _attributes.getQName(i); }
+		const XMLString& value(int i) const { return _attributes.getValue(i); }
+
+	private:
+		const Attributes& _attributes;
+	};
+
+	class ImplAccess
+		/// The platform's own attribute list, whose entries are read directly.
+	{
+	public:
+		explicit ImplAccess(const AttributesImpl& attributes): _pFirst(&*attributes.begin()), _length(attributes.getLength()) {}
+		int length() const { return _length; }
+		const XMLString& uri(int i) const { return _pFirst[i].namespaceURI; }
+		const XMLString& localName(int i) const { return _pFirst[i].localName; }
+		const XMLString& qname(int i) const { return _pFirst[i].qname; }
+		const XMLString& value(int i) const { return _pFirst[i].value; }
+
+	private:
+		const AttributesImpl::Attribute* _pFirst;
+		int _length;
+	};
+
 	template <class Vocabulary, class Function>
 	void forEachTable(Vocabulary& voc, Function function)
 		/// Calls function with each string table, then the element and the attribute name table.
@@ -387,23 +418,42 @@ void FastInfosetWriter::endDocument()
 
 void FastInfosetWriter::startElement(const XMLString& namespaceURI, const XMLString& localName, const XMLString& qname, const Attributes& attributes)
 {
-	requireDocument("startElement() not allowed outside the document");
-	requireOutsideDTD("startElement() not allowed inside a document type declaration");
+	const State state = _states.back();
+	if (state == UNINITIALIZED || state == IN_DTD)
+	{
+		requireDocument("startElement() not allowed outside the document");
+		requireOutsideDTD("startElement() not allowed inside a document type declaration");
+	}
 	std::string_view prefix;
 	const XMLString* pLocalName;
 	elementName(namespaceURI, localName, qname, prefix, pLocalName);
 
-	handleEncodedData();
-	padToOctet();
-	_writer.write(false);
+	if (!_encodings.empty()) handleEncodedData();
 	// handleNamespaces() and writeElement(), with the element's declarations
 	// taken from the context by position instead of gathered into a set.
-	declareAttributeNamespaces(attributes);
-	_pState->namespaces.declaredBindings(_pState->declarations);
-	addAttributes(_attributeValues, attributes, namespaceURI);
-	if (_writer.bitPos() != 1) throw FISEncodingException("Illegal startposition for an Element value");
-	_writer.write(!_attributeValues.empty());
-	if (!_pState->declarations.empty())
+	_attributeValues.clear();
+	if (typeid(attributes) == typeid(AttributesImpl))
+	{
+		const AttributesImpl& list = static_cast<const AttributesImpl&>(attributes);
+		if (list.getLength() > 0)
+		{
+			declareNamespacesOf(ImplAccess(list));
+			appendAttributes(_attributeValues, ImplAccess(list), namespaceURI);
+		}
+	}
+	else
+	{
+		declareNamespacesOf(ListAccess(attributes));
+		appendAttributes(_attributeValues, ListAccess(attributes), namespaceURI);
+	}
+	NamespaceContext& namespaces = _pState->namespaces;
+	const bool declares = namespaces.declaresAny();
+	if (declares) namespaces.declaredBindings(_pState->declarations);
+	// The padding of the open octet, the element's '0' and its attribute
+	// bit in one field.
+	const int pos = _writer.bitPos();
+	_writer.write(_attributeValues.empty() ? 0u : 1u, (pos == 0 ? 0 : 8 - pos) + 2);
+	if (declares && !_pState->declarations.empty())
 	{
 		_writer.write(NAMESPACE_ATTRIBUTES, 6);
 		for (std::size_t position: _pState->declarations)
@@ -419,8 +469,8 @@ void FastInfosetWriter::startElement(const XMLString& namespaceURI, const XMLStr
 	std::size_t binding = NamespaceContext::NOT_FOUND;
 	if (_bindingIndices && !namespaceURI.empty())
 	{
-		binding = _pState->namespaces.find(prefix);
-		if (binding != NamespaceContext::NOT_FOUND && _pState->namespaces.uriAt(binding) != namespaceURI) binding = NamespaceContext::NOT_FOUND;
+		binding = namespaces.find(prefix);
+		if (binding != NamespaceContext::NOT_FOUND && namespaces.uriAt(binding) != namespaceURI) binding = NamespaceContext::NOT_FOUND;
 	}
 	writeName(prefix, namespaceURI, *pLocalName, true, binding);
 	if (!_attributeValues.empty())
@@ -434,7 +484,7 @@ void FastInfosetWriter::startElement(const XMLString& namespaceURI, const XMLStr
 	}
 	// The children's context is opened only now: the names gathered above
 	// point into the current one.
-	_pState->namespaces.pushContext();
+	namespaces.pushContext();
 	_states.push_back(IN_ELEMENT);
 	forgetEndedPrefixes();
 	_prefixMarks.push_back(_pendingPrefixes);
@@ -482,12 +532,18 @@ void FastInfosetWriter::elementName(const XMLString& namespaceURI, const XMLStri
 
 void FastInfosetWriter::endElement(const XMLString&, const XMLString&, const XMLString&)
 {
-	requireState(IN_ELEMENT, "endElement() without matching startElement()");
-	handleEncodedData();
+	if (_states.back() != IN_ELEMENT) requireState(IN_ELEMENT, "endElement() without matching startElement()");
+	if (!_encodings.empty()) handleEncodedData();
 	writeTerminator();
 	_states.pop_back();
 	_pState->namespaces.popContext();
-	dropOwnPrefixes();
+	if (_ownPrefixes.empty())
+	{
+		// dropOwnPrefixes() when no prefix was declared.
+		_prefixMarks.pop_back();
+		_prefixesEnded = true;
+	}
+	else dropOwnPrefixes();
 }
 
 
@@ -692,13 +748,20 @@ void FastInfosetWriter::handleNamespaces(const Attributes& attributes, const XML
 
 void FastInfosetWriter::declareAttributeNamespaces(const Attributes& attributes)
 {
-	const int n = attributes.getLength();
+	declareNamespacesOf(ListAccess(attributes));
+}
+
+
+template <class Access>
+void FastInfosetWriter::declareNamespacesOf(const Access& attributes)
+{
+	const int n = attributes.length();
 	for (int i = 0; i < n; ++i)
 	{
-		const XMLString& uri = attributes.getURI(i);
+		const XMLString& uri = attributes.uri(i);
 		// Nothing is declared for an attribute without namespace.
-		if (uri.empty() || attributes.getLocalName(i).empty()) continue;
-		prefixOf(attributes.getQName(i), _scratchPrefix);
+		if (uri.empty() || attributes.localName(i).empty()) continue;
+		prefixOf(attributes.qname(i), _scratchPrefix);
 		if (_scratchPrefix.empty()) _scratchPrefix = _pState->namespaces.getPrefix(uri);
 		if (_pState->namespaces.getURI(_scratchPrefix) != uri) declarePrefix(_scratchPrefix, uri);
 	}
@@ -715,23 +778,30 @@ void FastInfosetWriter::addNamespaceAttributes(PrefixSet& nsPrefixes)
 void FastInfosetWriter::addAttributes(AttributeVec& attributeVec, const Attributes& attributes, const XMLString& elementNamespaceURI)
 {
 	attributeVec.clear();
-	const int n = attributes.getLength();
+	appendAttributes(attributeVec, ListAccess(attributes), elementNamespaceURI);
+}
+
+
+template <class Access>
+void FastInfosetWriter::appendAttributes(AttributeVec& attributeVec, const Access& attributes, const XMLString& elementNamespaceURI)
+{
+	const int n = attributes.length();
 	if (_attributeLocalNames.size() < static_cast<std::size_t>(n)) _attributeLocalNames.resize(n);
 	for (int i = 0; i < n; ++i)
 	{
 		AttributeValue attribute;
-		attribute.pNamespaceURI = &attributes.getURI(i);
-		attribute.pLocalName = &attributes.getLocalName(i);
+		attribute.pNamespaceURI = &attributes.uri(i);
+		attribute.pLocalName = &attributes.localName(i);
 		if (attribute.pLocalName->empty())
 		{
-			localPartOf(attributes.getQName(i), _attributeLocalNames[i]);
+			localPartOf(attributes.qname(i), _attributeLocalNames[i]);
 			attribute.pLocalName = &_attributeLocalNames[i];
 		}
 		// An attribute in the element's own namespace keeps an empty prefix;
 		// so does one without namespace, which no prefix can name.
 		const bool ownPrefix = !attribute.pNamespaceURI->empty() && *attribute.pNamespaceURI != elementNamespaceURI;
 		attribute.pPrefix = ownPrefix ? &_pState->namespaces.getPrefix(*attribute.pNamespaceURI) : &EMPTY;
-		attribute.pValue = &attributes.getValue(i);
+		attribute.pValue = &attributes.value(i);
 		attributeVec.push_back(attribute);
 	}
 }
@@ -838,8 +908,9 @@ unsigned int FastInfosetWriter::writeName(std::string_view prefix, const XMLStri
 	{
 		writeTerminator();
 		if (startPos == 1) _writer.write(false);
-		idx = writeNewQualifiedName(prefix, ns, localName, localNameHash, inElement, binding);
-		if (idx) knownNames.add(slot, hash, prefix, ns, localName, inElement, getQNameVocabulary(inElement).value(idx), idx);
+		QualifiedNameEntry qne;
+		idx = writeNewQualifiedName(prefix, ns, localName, localNameHash, inElement, binding, qne);
+		if (idx) knownNames.add(slot, hash, prefix, ns, localName, inElement, qne, idx);
 	}
 	poco_assert (_writer.bitPos() == 0);
 	return idx;
@@ -872,9 +943,8 @@ unsigned int FastInfosetWriter::writeQualifiedName(const XMLString& prefix, cons
 }
 
 
-unsigned int FastInfosetWriter::writeNewQualifiedName(std::string_view prefix, const XMLString& ns, const XMLString& localName, Korvo::UInt32 localNameHash, bool inElement, std::size_t binding)
+unsigned int FastInfosetWriter::writeNewQualifiedName(std::string_view prefix, const XMLString& ns, const XMLString& localName, Korvo::UInt32 localNameHash, bool inElement, std::size_t binding, QualifiedNameEntry& qne)
 {
-	QualifiedNameEntry qne;
 	if (!writeNameParts(prefix, ns, localName, localNameHash, inElement, binding, qne)) return 0;
 	// Known to be absent, it is appended without a look-up; the table's
 	// index, if it has one, takes it in when next asked.

@@ -41,22 +41,18 @@ void NamespaceContext::reset()
 	_size = 0;
 	_marks.clear();
 	pushContext();
+	// Usually the first two declarations are still these from the last
+	// reset, strings and all.
+	if (_bindings.size() >= 2 && _bindings[0].prefix == NamespaceSupport::XML_NAMESPACE_PREFIX && _bindings[0].uri == NamespaceSupport::XML_NAMESPACE
+		&& _bindings[1].prefix == NamespaceSupport::XMLNS_NAMESPACE_PREFIX && _bindings[1].uri == NamespaceSupport::XMLNS_NAMESPACE)
+	{
+		_bindings[0].indexed = false;
+		_bindings[1].indexed = false;
+		_size = 2;
+		return;
+	}
 	declarePrefix(NamespaceSupport::XML_NAMESPACE_PREFIX, NamespaceSupport::XML_NAMESPACE);
 	declarePrefix(NamespaceSupport::XMLNS_NAMESPACE_PREFIX, NamespaceSupport::XMLNS_NAMESPACE);
-}
-
-
-void NamespaceContext::pushContext()
-{
-	_marks.push_back(_size);
-}
-
-
-void NamespaceContext::popContext()
-{
-	poco_assert (!_marks.empty());
-	_size = _marks.back();
-	_marks.pop_back();
 }
 
 

@@ -73,6 +73,9 @@ public:
 	void getDeclaredPrefixes(Korvo::XML::NamespaceSupport::PrefixSet& prefixes) const;
 		/// The prefixes the current context declares.
 
+	bool declaresAny() const;
+		/// True when the current context declares a prefix.
+
 	void declaredBindings(std::vector<std::size_t>& positions) const;
 		/// The positions of the current context's declarations, in prefix order.
 
@@ -111,6 +114,20 @@ private:
 //
 // inlines
 //
+inline void NamespaceContext::pushContext()
+{
+	_marks.push_back(_size);
+}
+
+
+inline void NamespaceContext::popContext()
+{
+	poco_assert (!_marks.empty());
+	_size = _marks.back();
+	_marks.pop_back();
+}
+
+
 inline const std::string& NamespaceContext::prefixAt(std::size_t position) const
 {
 	return _bindings[position].prefix;
@@ -120,6 +137,12 @@ inline const std::string& NamespaceContext::prefixAt(std::size_t position) const
 inline const std::string& NamespaceContext::uriAt(std::size_t position) const
 {
 	return _bindings[position].uri;
+}
+
+
+inline bool NamespaceContext::declaresAny() const
+{
+	return !_marks.empty() && _marks.back() < _size;
 }
 
 

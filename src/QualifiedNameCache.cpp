@@ -44,19 +44,6 @@ void QualifiedNameCache::reset(const DocumentVocabulary& vocabulary)
 }
 
 
-unsigned int QualifiedNameCache::find(Korvo::UInt32 hash, std::string_view prefix, std::string_view ns, std::string_view localName, bool inElement, std::size_t& slot) const
-{
-	if (_slots.empty())
-	{
-		slot = 0;
-		return 0;
-	}
-	slot = slotOf(hash, prefix, ns, localName, inElement);
-	const unsigned int position = _slots[slot];
-	return position ? _entries[position - 1].index : 0;
-}
-
-
 inline const std::string* QualifiedNameCache::string(const Vocabulary<std::string>* pTable, unsigned int id)
 {
 	// An absent prefix or namespace name has index 0, the empty placeholder.
@@ -79,38 +66,9 @@ void QualifiedNameCache::add(std::size_t slot, Korvo::UInt32 hash, std::string_v
 }
 
 
-Korvo::UInt32 QualifiedNameCache::hashOf(Korvo::UInt32 localNameHash, std::string_view prefix, std::string_view ns, bool inElement)
-{
-	// The local name tells most names apart; of the rest only the lengths,
-	// spread over the bits the slot is taken from.
-	const Korvo::UInt32 extra = (static_cast<Korvo::UInt32>(prefix.size()) << 16) ^ (static_cast<Korvo::UInt32>(ns.size()) << 1) ^ (inElement ? 1u : 0u);
-	return localNameHash ^ (extra*0x9E3779B1u);
-}
-
-
 std::size_t QualifiedNameCache::storage() const
 {
 	return _slots.size();
-}
-
-
-inline bool QualifiedNameCache::equal(const std::string& left, std::string_view right)
-{
-	return left.size() == right.size() && ValueHash<std::string>::sameOctets(left.data(), right.data(), left.size());
-}
-
-
-std::size_t QualifiedNameCache::slotOf(Korvo::UInt32 hash, std::string_view prefix, std::string_view ns, std::string_view localName, bool inElement) const
-{
-	const std::size_t mask = _slots.size() - 1;
-	for (std::size_t i = hash & mask; ; i = (i + 1) & mask)
-	{
-		const unsigned int slot = _slots[i];
-		if (!slot) return i;
-		const Entry& entry = _entries[slot - 1];
-		if (entry.hash == hash && entry.inElement == inElement
-			&& equal(*entry.pLocalName, localName) && equal(*entry.pPrefix, prefix) && equal(*entry.pNamespace, ns)) return i;
-	}
 }
 
 

@@ -374,10 +374,17 @@ private:
 		/// writeQualifiedNameOrIndex() at a checked position. binding is the
 		/// position of the declaration of prefix and ns in the namespace
 		/// context, or NamespaceContext::NOT_FOUND.
-	unsigned int writeNewQualifiedName(std::string_view prefix, const Korvo::XML::XMLString& ns, const Korvo::XML::XMLString& localName, Korvo::UInt32 localNameHash, bool inElement, std::size_t binding);
-		/// writeQualifiedName() for a name its table is known not to hold.
+	unsigned int writeNewQualifiedName(std::string_view prefix, const Korvo::XML::XMLString& ns, const Korvo::XML::XMLString& localName, Korvo::UInt32 localNameHash, bool inElement, std::size_t binding, QualifiedNameEntry& qne);
+		/// writeQualifiedName() for a name its table is known not to hold;
+		/// qne is the table's entry for the name when it is indexed.
 	bool writeNameParts(std::string_view prefix, const Korvo::XML::XMLString& ns, const Korvo::XML::XMLString& localName, Korvo::UInt32 localNameHash, bool inElement, std::size_t binding, QualifiedNameEntry& qne);
 		/// Writes the literal name's parts; false when it is not to be indexed.
+	template <class Access>
+	void declareNamespacesOf(const Access& attributes);
+	template <class Access>
+	void appendAttributes(AttributeVec& attributeVec, const Access& attributes, const Korvo::XML::XMLString& elementNamespaceURI);
+		/// declareAttributeNamespaces() and addAttributes() through an
+		/// accessor of the attribute list.
 	void writeNamespaceBinding(std::size_t position);
 		/// writeNamespaceAttribute() for a declaration of the namespace
 		/// context, which notes the indices of its prefix and namespace.
