@@ -426,7 +426,10 @@ void FastInfosetWriter::startElement(const XMLString& namespaceURI, const XMLStr
 	}
 	std::string_view prefix;
 	const XMLString* pLocalName;
-	elementName(namespaceURI, localName, qname, prefix, pLocalName);
+	std::size_t binding;
+	elementName(namespaceURI, localName, qname, prefix, pLocalName, binding);
+	NamespaceContext& namespaces = _pState->namespaces;
+	const unsigned int changes = namespaces.changes();
 
 	if (!_encodings.empty()) handleEncodedData();
 	// handleNamespaces() and writeElement(), with the element's declarations
@@ -446,7 +449,6 @@ void FastInfosetWriter::startElement(const XMLString& namespaceURI, const XMLStr
 		declareNamespacesOf(ListAccess(attributes));
 		appendAttributes(_attributeValues, ListAccess(attributes), namespaceURI);
 	}
-	NamespaceContext& namespaces = _pState->namespaces;
 	const bool declares = namespaces.declaresAny();
 	if (declares) namespaces.declaredBindings(_pState->declarations);
 	// The padding of the open octet, the element's '0' and its attribute
@@ -465,9 +467,13 @@ void FastInfosetWriter::startElement(const XMLString& namespaceURI, const XMLStr
 		_writer.write(0, 6);
 	}
 	// The declaration the name is written in, whose indices spare the
-	// look-ups of its prefix and namespace.
-	std::size_t binding = NamespaceContext::NOT_FOUND;
-	if (_bindingIndices && !namespaceURI.empty())
+	// look-ups of its prefix and namespace; found again when the
+	// attributes' declarations may have moved it.
+	if (!_bindingIndices)
+	{
+		binding = NamespaceContext::NOT_FOUND;
+	}
+	else if (binding != NamespaceContext::NOT_FOUND && namespaces.changes() != changes)
 	{
 		binding = namespaces.find(prefix);
 		if (binding != NamespaceContext::NOT_FOUND && namespaces.uriAt(binding) != namespaceURI) binding = NamespaceContext::NOT_FOUND;
@@ -492,18 +498,29 @@ void FastInfosetWriter::startElement(const XMLString& namespaceURI, const XMLStr
 }
 
 
-void FastInfosetWriter::elementName(const XMLString& namespaceURI, const XMLString& localName, const XMLString& qname, std::string_view& prefix, const XMLString*& pLocalName)
+void FastInfosetWriter::elementName(const XMLString& namespaceURI, const XMLString& localName, const XMLString& qname, std::string_view& prefix, const XMLString*& pLocalName, std::size_t& binding)
 {
 	prefix = std::string_view();
 	pLocalName = &localName;
+	binding = NamespaceContext::NOT_FOUND;
 	if (!localName.empty() && (qname.empty() || qname == localName))
 	{
 		if (!namespaceURI.empty())
 		{
-			if (!_pState->namespaces.isMapped(namespaceURI)) declarePrefix(unusedPrefix(), namespaceURI);
+			NamespaceContext& namespaces = _pState->namespaces;
+			std::size_t position = namespaces.prefixPosition(namespaceURI);
+			if (position == NamespaceContext::NOT_FOUND)
+			{
+				declarePrefix(unusedPrefix(), namespaceURI);
+				position = namespaces.prefixPosition(namespaceURI);
+			}
 			// A copy: declaring the attributes' prefixes may replace the entry.
-			_namePrefix = _pState->namespaces.getPrefix(namespaceURI);
-			prefix = _namePrefix;
+			if (position != NamespaceContext::NOT_FOUND && !namespaces.prefixAt(position).empty())
+			{
+				_namePrefix = namespaces.prefixAt(position);
+				prefix = _namePrefix;
+			}
+			binding = position;
 		}
 	}
 	else if (namespaceURI.empty() && localName.empty() && !qname.empty())
@@ -523,8 +540,16 @@ void FastInfosetWriter::elementName(const XMLString& namespaceURI, const XMLStri
 			_namePrefix = _pState->namespaces.getPrefix(namespaceURI);
 			prefix = _namePrefix;
 		}
-		if (!namespaceURI.empty() && _pState->namespaces.getURI(prefix) != namespaceURI)
-			declarePrefix(prefix, namespaceURI);
+		if (!namespaceURI.empty())
+		{
+			NamespaceContext& namespaces = _pState->namespaces;
+			binding = namespaces.find(prefix);
+			if (binding == NamespaceContext::NOT_FOUND || namespaces.uriAt(binding) != namespaceURI)
+			{
+				declarePrefix(prefix, namespaceURI);
+				binding = namespaces.find(prefix);
+			}
+		}
 	}
 	else throw FISException("Tag mismatch", nameToString(localName, qname));
 }

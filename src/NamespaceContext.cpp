@@ -30,7 +30,8 @@ namespace
 
 
 NamespaceContext::NamespaceContext():
-	_size(0)
+	_size(0),
+	_changes(0)
 {
 	reset();
 }
@@ -80,6 +81,7 @@ bool NamespaceContext::declarePrefix(std::string_view prefix, std::string_view u
 	binding.prefix.assign(prefix);
 	binding.uri.assign(uri);
 	binding.indexed = false;
+	++_changes;
 	return true;
 }
 
@@ -93,6 +95,7 @@ bool NamespaceContext::undeclarePrefix(std::string_view prefix)
 		// its own start one place earlier.
 		std::rotate(_bindings.begin() + i, _bindings.begin() + i + 1, _bindings.begin() + _size);
 		--_size;
+		++_changes;
 		for (std::size_t& mark: _marks)
 		{
 			if (mark > i) --mark;
@@ -123,18 +126,25 @@ std::size_t NamespaceContext::find(std::string_view prefix) const
 
 const std::string& NamespaceContext::getPrefix(const std::string& uri) const
 {
+	const std::size_t position = prefixPosition(uri);
+	return position == NOT_FOUND ? EMPTY : _bindings[position].prefix;
+}
+
+
+std::size_t NamespaceContext::prefixPosition(std::string_view uri) const
+{
 	std::size_t end = _size;
 	for (std::size_t k = _marks.size(); k-- > 0; )
 	{
-		const std::string* pFound = nullptr;
+		std::size_t found = NOT_FOUND;
 		for (std::size_t i = _marks[k]; i < end; ++i)
 		{
-			if (equal(_bindings[i].uri, uri) && (!pFound || _bindings[i].prefix < *pFound)) pFound = &_bindings[i].prefix;
+			if (equal(_bindings[i].uri, uri) && (found == NOT_FOUND || _bindings[i].prefix < _bindings[found].prefix)) found = i;
 		}
-		if (pFound) return *pFound;
+		if (found != NOT_FOUND) return found;
 		end = _marks[k];
 	}
-	return EMPTY;
+	return NOT_FOUND;
 }
 
 

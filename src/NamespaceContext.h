@@ -67,11 +67,19 @@ public:
 	const std::string& getPrefix(const std::string& uri) const;
 		/// A prefix of the innermost context that maps one to uri, or an empty string.
 
+	std::size_t prefixPosition(std::string_view uri) const;
+		/// The position of the declaration whose prefix getPrefix() gives,
+		/// or NOT_FOUND when no context maps a prefix to uri.
+
 	bool isMapped(const std::string& uri) const;
 		/// True when a context maps a prefix to uri.
 
 	void getDeclaredPrefixes(Korvo::XML::NamespaceSupport::PrefixSet& prefixes) const;
 		/// The prefixes the current context declares.
+
+	unsigned int changes() const;
+		/// A count of the declarations and removals so far: positions
+		/// found before stay valid while it stays the same.
 
 	bool declaresAny() const;
 		/// True when the current context declares a prefix.
@@ -106,6 +114,7 @@ private:
 	std::vector<Binding>     _bindings;
 		/// Those from _size on are spare.
 	std::size_t              _size;
+	unsigned int             _changes;
 	std::vector<std::size_t> _marks;
 		/// Where each context starts.
 };
@@ -137,6 +146,12 @@ inline const std::string& NamespaceContext::prefixAt(std::size_t position) const
 inline const std::string& NamespaceContext::uriAt(std::size_t position) const
 {
 	return _bindings[position].uri;
+}
+
+
+inline unsigned int NamespaceContext::changes() const
+{
+	return _changes;
 }
 
 

@@ -340,9 +340,11 @@ private:
 	FastInfosetWriter(const FastInfosetWriter&);
 	FastInfosetWriter& operator = (const FastInfosetWriter&);
 
-	void elementName(const Korvo::XML::XMLString& namespaceURI, const Korvo::XML::XMLString& localName, const Korvo::XML::XMLString& qname, std::string_view& prefix, const Korvo::XML::XMLString*& pLocalName);
+	void elementName(const Korvo::XML::XMLString& namespaceURI, const Korvo::XML::XMLString& localName, const Korvo::XML::XMLString& qname, std::string_view& prefix, const Korvo::XML::XMLString*& pLocalName, std::size_t& binding);
 		/// The prefix and local name an element is written with, declaring
-		/// its prefix when needed. The prefix lies in qname or the writer.
+		/// its prefix when needed. The prefix lies in qname or the writer;
+		/// binding is the position of the declaration of prefix and
+		/// namespaceURI, or NamespaceContext::NOT_FOUND.
 	void init();
 	DocumentVocabulary& externalVocabulary();
 	void requireState(State state, const char* message) const;
