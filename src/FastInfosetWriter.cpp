@@ -725,9 +725,11 @@ void FastInfosetWriter::dropOwnPrefixes()
 	_prefixesEnded = true;
 	if (first == _ownPrefixes.size()) return;
 	_ownPrefixes.resize(_pendingPrefixes);
-	for (std::size_t i = first; i < _pendingPrefixes; ++i)
+	// Each prefix once, the last declared first: it is the innermost
+	// declaration, which goes without moving the others.
+	for (std::size_t i = _pendingPrefixes; i-- > first; )
 	{
-		if (std::find(_ownPrefixes.begin() + first, _ownPrefixes.begin() + i, _ownPrefixes[i]) == _ownPrefixes.begin() + i)
+		if (std::find(_ownPrefixes.begin() + i + 1, _ownPrefixes.begin() + _pendingPrefixes, _ownPrefixes[i]) == _ownPrefixes.begin() + _pendingPrefixes)
 			_pState->namespaces.undeclarePrefix(_ownPrefixes[i]);
 	}
 	_pendingPrefixes = first;

@@ -31,7 +31,8 @@ namespace
 
 NamespaceContext::NamespaceContext():
 	_size(0),
-	_changes(0)
+	_changes(0),
+	_reserved(false)
 {
 	reset();
 }
@@ -44,8 +45,7 @@ void NamespaceContext::reset()
 	pushContext();
 	// Usually the first two declarations are still these from the last
 	// reset, strings and all.
-	if (_bindings.size() >= 2 && _bindings[0].prefix == NamespaceSupport::XML_NAMESPACE_PREFIX && _bindings[0].uri == NamespaceSupport::XML_NAMESPACE
-		&& _bindings[1].prefix == NamespaceSupport::XMLNS_NAMESPACE_PREFIX && _bindings[1].uri == NamespaceSupport::XMLNS_NAMESPACE)
+	if (_reserved)
 	{
 		_bindings[0].indexed = false;
 		_bindings[1].indexed = false;
@@ -54,6 +54,7 @@ void NamespaceContext::reset()
 	}
 	declarePrefix(NamespaceSupport::XML_NAMESPACE_PREFIX, NamespaceSupport::XML_NAMESPACE);
 	declarePrefix(NamespaceSupport::XMLNS_NAMESPACE_PREFIX, NamespaceSupport::XMLNS_NAMESPACE);
+	_reserved = true;
 }
 
 
@@ -77,6 +78,7 @@ bool NamespaceContext::declarePrefix(std::string_view prefix, std::string_view u
 		if (equal(_bindings[i].prefix, prefix)) return false;
 	}
 	if (_size == _bindings.size()) _bindings.emplace_back();
+	if (_size < 2) _reserved = false;
 	Binding& binding = _bindings[_size++];
 	binding.prefix.assign(prefix);
 	binding.uri.assign(uri);
@@ -93,6 +95,7 @@ bool NamespaceContext::undeclarePrefix(std::string_view prefix)
 		if (!equal(_bindings[i].prefix, prefix)) continue;
 		// The binding's strings move to the spare end; the contexts above
 		// its own start one place earlier.
+		if (i < 2) _reserved = false;
 		std::rotate(_bindings.begin() + i, _bindings.begin() + i + 1, _bindings.begin() + _size);
 		--_size;
 		++_changes;

@@ -115,6 +115,9 @@ private:
 		/// Those from _size on are spare.
 	std::size_t              _size;
 	unsigned int             _changes;
+	bool                     _reserved;
+		/// True while the first two declarations are the xml and xmlns
+		/// prefixes that reset() made.
 	std::vector<std::size_t> _marks;
 		/// Where each context starts.
 };

@@ -36,8 +36,9 @@ QualifiedNameCache::QualifiedNameCache():
 
 void QualifiedNameCache::reset(const DocumentVocabulary& vocabulary)
 {
+	// Slots are only taken by entries: without entries they are empty.
+	if (!_entries.empty()) std::fill(_slots.begin(), _slots.end(), 0u);
 	_entries.clear();
-	std::fill(_slots.begin(), _slots.end(), 0u);
 	_pPrefixes = vocabulary.vocabulary(DocumentVocabulary::PREFIX);
 	_pNamespaces = vocabulary.vocabulary(DocumentVocabulary::NAMESPACE_NAME);
 	_pLocalNames = vocabulary.vocabulary(DocumentVocabulary::LOCAL_NAME);
@@ -48,7 +49,7 @@ inline const std::string* QualifiedNameCache::string(const Vocabulary<std::strin
 {
 	// An absent prefix or namespace name has index 0, the empty placeholder.
 	static const std::string EMPTY;
-	const std::string* pString = pTable ? pTable->lookup(id) : nullptr;
+	const std::string* pString = pTable && id != 0 ? pTable->lookup(id) : nullptr;
 	return pString ? pString : &EMPTY;
 }
 
