@@ -24,10 +24,11 @@ TEST(NamespaceContextTest, AnswersAsThePlatformDoes)
 	const std::string uris[] = {"", "urn:1", "urn:2", NamespaceSupport::XML_NAMESPACE, NamespaceSupport::XMLNS_NAMESPACE};
 	std::mt19937 random(7);
 	auto pick = [&random](const auto& values) -> const std::string& { return values[random() % std::size(values)]; };
+	// One context for all sequences: reset() must forget everything.
+	NamespaceContext context;
 	for (int sequence = 0; sequence < 200; ++sequence)
 	{
 		NamespaceSupport expected;
-		NamespaceContext context;
 		int depth = 0;
 		for (int step = 0; step < 60; ++step)
 		{
@@ -37,8 +38,20 @@ TEST(NamespaceContextTest, AnswersAsThePlatformDoes)
 			{
 			case 0:
 			case 1:
-				ASSERT_EQ(expected.declarePrefix(prefix, uri), context.declarePrefix(prefix, uri));
+			{
+				const bool declared = context.declarePrefix(prefix, uri);
+				ASSERT_EQ(expected.declarePrefix(prefix, uri), declared);
+				// A new declaration has no table indices, whatever its place held before.
+				const std::size_t position = context.find(prefix);
+				unsigned int prefixIndex;
+				unsigned int uriIndex;
+				if (declared)
+				{
+					ASSERT_FALSE(context.tableIndices(position, prefixIndex, uriIndex));
+				}
+				context.setTableIndices(position, 1, 2);
 				break;
+			}
 			case 2:
 				ASSERT_EQ(expected.undeclarePrefix(prefix), context.undeclarePrefix(prefix));
 				break;
@@ -80,5 +93,9 @@ TEST(NamespaceContextTest, AnswersAsThePlatformDoes)
 		context.reset();
 		EXPECT_EQ(NamespaceSupport::XML_NAMESPACE, context.getURI("xml"));
 		EXPECT_TRUE(context.getURI("a").empty());
+		unsigned int prefixIndex;
+		unsigned int uriIndex;
+		EXPECT_FALSE(context.tableIndices(context.find("xml"), prefixIndex, uriIndex));
+		EXPECT_FALSE(context.tableIndices(context.find("xmlns"), prefixIndex, uriIndex));
 	}
 }

@@ -223,6 +223,45 @@ private:
 } // namespace
 
 
+TEST(WriterStructureTest, NamesInDeclaredNamespaces)
+{
+	// <p:a xmlns="urn:d" xmlns:p="urn:p" p:x="v"><p:b p:x="v"/><c/><c/></p:a>: the names
+	// give their prefix and namespace as indices, unless the tables find nothing.
+	const struct
+	{
+		DocumentVocabulary::VocabularyImpl impl;
+		const char* body;
+	}
+	cases[] =
+	{
+		{DocumentVocabulary::VOC_HASH, "78 CD 0475726E3A64 CF 0070 0475726E3A70 F0 3F 81 82 0061 79 82 00 78 40 76 F0"
+			"7F 81 82 0062 00 80 FF 3D 81 0063 F0 02 FF F0"},
+		{DocumentVocabulary::VOC_VECTOR, "78 CD 0475726E3A64 CF 0070 0475726E3A70 F0 3F 0070 0475726E3A70 0061 79 0475726E3A70 00 78 40 76 F0"
+			"7F 0070 0475726E3A70 0062 00 40 76 FF 3D 0475726E3A64 0063 F0 02 FF F0"},
+	};
+	for (const auto& c: cases)
+	{
+		std::ostringstream out;
+		{
+			FastInfosetWriter writer(out, false, c.impl);
+			const AttributesImpl prefixed = attributes("urn:p", "x", "p:x", "v");
+			writer.startDocument();
+			writer.startPrefixMapping("p", "urn:p");
+			writer.startPrefixMapping("", "urn:d");
+			writer.startElement("urn:p", "a", "p:a", prefixed);
+			writer.emptyElement("urn:p", "b", "p:b", prefixed);
+			writer.emptyElement("urn:d", "c", "c");
+			writer.emptyElement("urn:d", "c", "c");
+			writer.endElement("urn:p", "a", "p:a");
+			writer.endPrefixMapping("");
+			writer.endPrefixMapping("p");
+			writer.endDocument();
+		}
+		EXPECT_EQ(golden(HEADER) + golden(c.body), hex(out.str())) << c.impl;
+	}
+}
+
+
 TEST(WriterStructureTest, TagMismatchWhenNoNameCanBeMade)
 {
 	std::ostringstream out;
