@@ -484,7 +484,7 @@ void FastInfosetWriter::startElement(const XMLString& namespaceURI, const XMLStr
 		for (const AttributeValue& attribute: _attributeValues)
 		{
 			_writer.write(false);
-			writeAttribute(*attribute.pPrefix, *attribute.pNamespaceURI, *attribute.pLocalName, *attribute.pValue);
+			writeAttributeItem(*attribute.pPrefix, *attribute.pNamespaceURI, *attribute.pLocalName, *attribute.pValue);
 		}
 		writeTerminator();
 	}
@@ -874,6 +874,14 @@ void FastInfosetWriter::writeAttribute(const XMLString& prefix, const XMLString&
 	writeQualifiedNameOrIndex(prefix, ns, localName, false);
 	writeNonIdentifyingStringOrIndex(normalizedValue, DocumentVocabulary::ATTRIBUTE_VALUE);
 	poco_assert (_writer.bitPos() == 0);
+}
+
+
+void FastInfosetWriter::writeAttributeItem(const XMLString& prefix, const XMLString& ns, const XMLString& localName, const XMLString& value)
+{
+	poco_assert (!localName.empty());
+	writeName(prefix, ns, localName, false, NamespaceContext::NOT_FOUND);
+	writeNonIdentifyingStringOrIndex(value, DocumentVocabulary::ATTRIBUTE_VALUE);
 }
 
 

@@ -387,6 +387,8 @@ private:
 	void appendAttributes(AttributeVec& attributeVec, const Access& attributes, const Korvo::XML::XMLString& elementNamespaceURI);
 		/// declareAttributeNamespaces() and addAttributes() through an
 		/// accessor of the attribute list.
+	void writeAttributeItem(const Korvo::XML::XMLString& prefix, const Korvo::XML::XMLString& ns, const Korvo::XML::XMLString& localName, const Korvo::XML::XMLString& value);
+		/// writeAttribute() at the position the start tag has reached.
 	void writeNamespaceBinding(std::size_t position);
 		/// writeNamespaceAttribute() for a declaration of the namespace
 		/// context, which notes the indices of its prefix and namespace.
