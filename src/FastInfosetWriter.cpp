@@ -877,7 +877,7 @@ void FastInfosetWriter::writeAttribute(const XMLString& prefix, const XMLString&
 }
 
 
-void FastInfosetWriter::writeAttributeItem(const XMLString& prefix, const XMLString& ns, const XMLString& localName, const XMLString& value)
+inline void FastInfosetWriter::writeAttributeItem(const XMLString& prefix, const XMLString& ns, const XMLString& localName, const XMLString& value)
 {
 	poco_assert (!localName.empty());
 	writeName(prefix, ns, localName, false, NamespaceContext::NOT_FOUND);
