@@ -449,36 +449,52 @@ void FastInfosetWriter::startElement(const XMLString& namespaceURI, const XMLStr
 		declareNamespacesOf(ListAccess(attributes));
 		appendAttributes(_attributeValues, ListAccess(attributes), namespaceURI);
 	}
-	const bool declares = namespaces.declaresAny();
-	if (declares) namespaces.declaredBindings(_pState->declarations);
-	// The padding of the open octet, the element's '0' and its attribute
-	// bit in one field.
+	bool declaring = false;
+	if (namespaces.declaresAny())
+	{
+		namespaces.declaredBindings(_pState->declarations);
+		declaring = !_pState->declarations.empty();
+	}
+	NameLookup name;
+	lookUpName(prefix, namespaceURI, *pLocalName, true, name);
+	const unsigned int attributeBit = _attributeValues.empty() ? 0u : 1u;
 	const int pos = _writer.bitPos();
-	_writer.write(_attributeValues.empty() ? 0u : 1u, (pos == 0 ? 0 : 8 - pos) + 2);
-	if (declares && !_pState->declarations.empty())
+	const int padding = pos == 0 ? 0 : 8 - pos;
+	if (!declaring && name.index >= 1 && name.index <= 32)
 	{
-		_writer.write(NAMESPACE_ATTRIBUTES, 6);
-		for (std::size_t position: _pState->declarations)
+		// The padding of the open octet, the element's '0', its attribute
+		// bit and the name's index in its one-octet form, in one field.
+		_writer.write((attributeBit << 6) | (name.index - 1), padding + 8);
+	}
+	else
+	{
+		// The padding, the '0' and the attribute bit in one field.
+		_writer.write(attributeBit, padding + 2);
+		if (declaring)
 		{
-			_writer.write(NAMESPACE_ATTRIBUTE, 6);
-			writeNamespaceBinding(position);
+			_writer.write(NAMESPACE_ATTRIBUTES, 6);
+			for (std::size_t position: _pState->declarations)
+			{
+				_writer.write(NAMESPACE_ATTRIBUTE, 6);
+				writeNamespaceBinding(position);
+			}
+			writeTerminator();
+			_writer.write(0, 6);
 		}
-		writeTerminator();
-		_writer.write(0, 6);
+		// The declaration the name is written in, whose indices spare the
+		// look-ups of its prefix and namespace; found again when the
+		// attributes' declarations may have moved it.
+		if (!_bindingIndices)
+		{
+			binding = NamespaceContext::NOT_FOUND;
+		}
+		else if (binding != NamespaceContext::NOT_FOUND && namespaces.changes() != changes)
+		{
+			binding = namespaces.find(prefix);
+			if (binding != NamespaceContext::NOT_FOUND && namespaces.uriAt(binding) != namespaceURI) binding = NamespaceContext::NOT_FOUND;
+		}
+		writeName(prefix, namespaceURI, *pLocalName, true, binding, &name);
 	}
-	// The declaration the name is written in, whose indices spare the
-	// look-ups of its prefix and namespace; found again when the
-	// attributes' declarations may have moved it.
-	if (!_bindingIndices)
-	{
-		binding = NamespaceContext::NOT_FOUND;
-	}
-	else if (binding != NamespaceContext::NOT_FOUND && namespaces.changes() != changes)
-	{
-		binding = namespaces.find(prefix);
-		if (binding != NamespaceContext::NOT_FOUND && namespaces.uriAt(binding) != namespaceURI) binding = NamespaceContext::NOT_FOUND;
-	}
-	writeName(prefix, namespaceURI, *pLocalName, true, binding);
 	if (!_attributeValues.empty())
 	{
 		for (const AttributeValue& attribute: _attributeValues)
@@ -917,17 +933,31 @@ unsigned int FastInfosetWriter::writeQualifiedNameOrIndex(const XMLString& prefi
 }
 
 
-unsigned int FastInfosetWriter::writeName(std::string_view prefix, const XMLString& ns, const XMLString& localName, bool inElement, std::size_t binding)
+inline void FastInfosetWriter::lookUpName(std::string_view prefix, const XMLString& ns, const XMLString& localName, bool inElement, NameLookup& lookup) const
 {
-	const int startPos = _writer.bitPos();
 	// Names repeat: one look-up of the whole name replaces four table
 	// look-ups once a name has been seen. The local name's hash serves
 	// the local-name table as well.
-	const Korvo::UInt32 localNameHash = ValueHash<std::string>()(localName);
-	const Korvo::UInt32 hash = QualifiedNameCache::hashOf(localNameHash, prefix, ns, inElement);
-	std::size_t slot;
+	lookup.localNameHash = ValueHash<std::string>()(localName);
+	lookup.hash = QualifiedNameCache::hashOf(lookup.localNameHash, prefix, ns, inElement);
+	lookup.index = _pState->knownNames.find(lookup.hash, prefix, ns, localName, inElement, lookup.slot);
+}
+
+
+unsigned int FastInfosetWriter::writeName(std::string_view prefix, const XMLString& ns, const XMLString& localName, bool inElement, std::size_t binding, const NameLookup* pLookup)
+{
+	const int startPos = _writer.bitPos();
+	NameLookup own;
+	if (!pLookup)
+	{
+		lookUpName(prefix, ns, localName, inElement, own);
+		pLookup = &own;
+	}
+	const Korvo::UInt32 localNameHash = pLookup->localNameHash;
+	const Korvo::UInt32 hash = pLookup->hash;
+	const std::size_t slot = pLookup->slot;
 	QualifiedNameCache& knownNames = _pState->knownNames;
-	unsigned int idx = knownNames.find(hash, prefix, ns, localName, inElement, slot);
+	unsigned int idx = pLookup->index;
 	unsigned int foundIdx = 0;
 	if (!idx && !_knownNamesComplete && findQualifiedName(_scratchPrefix.assign(prefix.data(), prefix.size()), ns, localName, inElement, foundIdx))
 	{

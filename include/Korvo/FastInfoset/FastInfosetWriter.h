@@ -372,10 +372,22 @@ private:
 	void writeElementContent(const Korvo::XML::XMLString& prefix, const Korvo::XML::XMLString& ns, const Korvo::XML::XMLString& localName, const AttributeVec& attributes);
 		/// The element's name and attributes: writeElement() after its
 		/// namespace attributes.
-	unsigned int writeName(std::string_view prefix, const Korvo::XML::XMLString& ns, const Korvo::XML::XMLString& localName, bool inElement, std::size_t binding);
+	struct NameLookup
+		/// A name looked up in the name cache before it is written.
+	{
+		Korvo::UInt32 localNameHash;
+		Korvo::UInt32 hash;
+		std::size_t   slot;
+		unsigned int  index;
+			/// 0 when the cache does not know the name.
+	};
+
+	void lookUpName(std::string_view prefix, const Korvo::XML::XMLString& ns, const Korvo::XML::XMLString& localName, bool inElement, NameLookup& lookup) const;
+	unsigned int writeName(std::string_view prefix, const Korvo::XML::XMLString& ns, const Korvo::XML::XMLString& localName, bool inElement, std::size_t binding, const NameLookup* pLookup = nullptr);
 		/// writeQualifiedNameOrIndex() at a checked position. binding is the
 		/// position of the declaration of prefix and ns in the namespace
-		/// context, or NamespaceContext::NOT_FOUND.
+		/// context, or NamespaceContext::NOT_FOUND. pLookup is the name's
+		/// lookUpName(), when the caller made it.
 	unsigned int writeNewQualifiedName(std::string_view prefix, const Korvo::XML::XMLString& ns, const Korvo::XML::XMLString& localName, Korvo::UInt32 localNameHash, bool inElement, std::size_t binding, QualifiedNameEntry& qne);
 		/// writeQualifiedName() for a name its table is known not to hold;
 		/// qne is the table's entry for the name when it is indexed.
