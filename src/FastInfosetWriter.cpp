@@ -1032,7 +1032,7 @@ void FastInfosetWriter::writeCharacters(std::string_view text)
 }
 
 
-void FastInfosetWriter::writeChunk(std::string_view text, const ShortValue* pKey)
+inline __attribute__((always_inline)) void FastInfosetWriter::writeChunk(std::string_view text, const ShortValue* pKey)
 {
 	if (_states.back() != IN_ELEMENT) requireElementContent();
 	if (!_encodings.empty()) handleEncodedData();
