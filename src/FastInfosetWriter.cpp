@@ -1158,9 +1158,9 @@ inline bool FastInfosetWriter::isIndexed(const std::string& str, DocumentVocabul
 
 unsigned int FastInfosetWriter::writeNonIdentifyingStringOrIndex(const std::string& str, DocumentVocabulary::ID voc)
 {
-	// Plain UTF-8 text indexed by length takes the direct path; the rest,
-	// and strings the encoder refuses, the general one.
-	if (!str.empty() && str.size() <= 0xFFFFFFFFu && !_pIndexingPolicy && !_pPacker && _states.back() != IN_CDATA) return writeValueOrIndex(str, voc);
+	// Text indexed by length takes the direct path; the rest, and strings
+	// the encoder refuses, the general one.
+	if (!str.empty() && str.size() <= 0xFFFFFFFFu && !_pIndexingPolicy && !_pPacker) return writeValueOrIndex(str, voc);
 	const int pos = _writer.bitPos();
 	if (pos != 0 && pos != 2) throw FISEncodingException("Illegal startposition for a NonIdentifyingStringOrIndex value");
 	bool indexed = isIndexed(str, voc);
@@ -1198,7 +1198,7 @@ void FastInfosetWriter::writeAttributeValue(const XMLString& value)
 void FastInfosetWriter::writeShortValue(std::string_view str, const ShortValue& key, DocumentVocabulary::ID voc, unsigned int lead, int leadBits)
 {
 	IndexedVocabulary<std::string>* pTable = _pIndexedTables[voc];
-	if (!pTable || !isIndexable(str.size()) || isFull(*pTable) || _pIndexingPolicy || _pPacker || _states.back() == IN_CDATA)
+	if (!pTable || !isIndexable(str.size()) || isFull(*pTable) || _pIndexingPolicy || _pPacker)
 	{
 		writeValueOrIndex(str, voc, lead, leadBits);
 		return;
@@ -1222,20 +1222,34 @@ void FastInfosetWriter::writeShortValue(std::string_view str, const ShortValue& 
 		}
 		return;
 	}
-	// The lead, the '0' bit, the add-to-table bit, the UTF-8 discriminant
-	// and the length as one field written with the octets.
+	writeLiteral(str, pos, true, lead, leadBits);
+}
+
+
+void FastInfosetWriter::writeLiteral(std::string_view str, int pos, bool indexed, unsigned int lead, int leadBits)
+{
+	// The lead, the '0' bit, the add-to-table bit, the discriminant and the
+	// length that fills the rest of the octet, as one field written with the
+	// octets. In a CDATA section the algorithm's index comes before the
+	// length: one octet's worth of bits, from bit 4 or 6.
 	Korvo::UInt64 length;
 	const int lengthBits = Encoder::stringLengthBits(static_cast<unsigned int>(str.size()), 4 - pos, length);
-	const Korvo::UInt64 head = (Korvo::UInt64(lead) << 4) | 4u | UTF8_STRING;
-	_writer.write((head << lengthBits) | length, leadBits + 4 + lengthBits, str.data(), str.size());
+	Korvo::UInt64 head = (Korvo::UInt64(lead) << 4) | (indexed ? 4u : 0u) | UTF8_STRING;
+	int headBits = leadBits + 4;
+	if (_states.back() == IN_CDATA)
+	{
+		head = ((head | ALGORITHM_STRING) << 8) | (EncodingAlgorithm::CDATA_ENCODING - 1);
+		headBits += 8;
+	}
+	_writer.write((head << lengthBits) | length, headBits + lengthBits, str.data(), str.size());
 }
 
 
 unsigned int FastInfosetWriter::writeValueOrIndex(std::string_view str, DocumentVocabulary::ID voc, unsigned int lead, int leadBits)
 {
-	// Plain UTF-8 text indexed by length, the usual case, needs no string of
-	// its own; the rest takes the general path.
-	if (_pIndexingPolicy || _pPacker || _states.back() == IN_CDATA || str.size() > 0xFFFFFFFFu)
+	// Text indexed by length, the usual case, needs no string of its own;
+	// the rest takes the general path.
+	if (_pIndexingPolicy || _pPacker || str.size() > 0xFFFFFFFFu)
 	{
 		if (leadBits) _writer.write(lead, leadBits);
 		_scratchText.assign(str.data(), str.size());
@@ -1257,14 +1271,7 @@ unsigned int FastInfosetWriter::writeValueOrIndex(std::string_view str, Document
 		Encoder::indexReference(_writer, idx);
 		return idx;
 	}
-	// The lead, the '0' bit, the add-to-table bit, the UTF-8 discriminant
-	// and the length that fills the rest of the octet, as one field written
-	// with the octets.
-	Korvo::UInt64 length;
-	const int lengthBits = Encoder::stringLengthBits(static_cast<unsigned int>(str.size()), 4 - pos, length);
-	const Korvo::UInt64 head = (Korvo::UInt64(lead) << 4) | (indexed ? 4u : 0u) | UTF8_STRING;
-	const Korvo::UInt64 field = (head << lengthBits) | length;
-	_writer.write(field, leadBits + 4 + lengthBits, str.data(), str.size());
+	writeLiteral(str, pos, indexed, lead, leadBits);
 	return indexed ? idx : 0;
 }
 

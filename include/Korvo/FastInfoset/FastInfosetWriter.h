@@ -389,6 +389,10 @@ private:
 		/// writeValueOrIndex() for a value of 1 to ShortValue::MAX_SIZE
 		/// octets whose key is key: found by the key, and written with the
 		/// lead bits as one field.
+	void writeLiteral(std::string_view str, int pos, bool indexed, unsigned int lead, int leadBits);
+		/// The literal form of a value of 1 to 2^32 - 1 octets starting at
+		/// pos (0 or 2) after the lead bits: UTF-8, or the CDATA algorithm
+		/// in a CDATA section.
 	void writeCharacters(std::string_view text);
 	void writeChunk(std::string_view text, const ShortValue* pKey);
 		/// writeCharacters() for a non-empty text, with its key when it is short.
