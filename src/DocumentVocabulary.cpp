@@ -53,7 +53,8 @@ namespace
 	struct SpareTables
 		/// The tables of one vocabulary, emptied, or none.
 	{
-		Vocabulary<std::string>*       strings[TABLE_SLOTS];
+		std::vector<Vocabulary<std::string>*> strings;
+			/// The vector with its storage: the next vocabulary takes both.
 		Vocabulary<QualifiedNameEntry>* pElements;
 		Vocabulary<QualifiedNameEntry>* pAttributes;
 	};
@@ -243,7 +244,7 @@ bool DocumentVocabulary::giveSpareTables()
 	{
 		return false;
 	}
-	for (std::size_t id = 0; id < TABLE_SLOTS; ++id) pSet->strings[id] = _vocabularies[id];
+	pSet->strings.swap(_vocabularies);
 	pSet->pElements = _pElementVocabulary;
 	pSet->pAttributes = _pAttributeVocabulary;
 	return true;
@@ -254,8 +255,8 @@ bool DocumentVocabulary::takeSpareTables()
 {
 	SpareTables* pSet = spareSet(_impl);
 	if (!pSet || !pSet->pElements) return false;
-	// _vocabularies has room for every table and is empty.
-	_vocabularies.assign(pSet->strings, pSet->strings + TABLE_SLOTS);
+	// _vocabularies is empty.
+	_vocabularies.swap(pSet->strings);
 	_pElementVocabulary = pSet->pElements;
 	_pAttributeVocabulary = pSet->pAttributes;
 	pSet->pElements = nullptr;
@@ -272,8 +273,11 @@ void DocumentVocabulary::reset()
 	if (!emptyTables())
 	{
 		clear();
-		_vocabularies.reserve(TABLE_SLOTS);
-		if (!takeSpareTables()) create();
+		if (!takeSpareTables())
+		{
+			_vocabularies.reserve(TABLE_SLOTS);
+			create();
+		}
 	}
 	init();
 	// Alphabets that a document declared must not carry into the next one.

@@ -1226,7 +1226,7 @@ void FastInfosetWriter::writeShortValue(std::string_view str, const ShortValue& 
 }
 
 
-void FastInfosetWriter::writeLiteral(std::string_view str, int pos, bool indexed, unsigned int lead, int leadBits)
+inline __attribute__((always_inline)) void FastInfosetWriter::writeLiteral(std::string_view str, int pos, bool indexed, unsigned int lead, int leadBits)
 {
 	// The lead, the '0' bit, the add-to-table bit, the discriminant and the
 	// length that fills the rest of the octet, as one field written with the
