@@ -324,12 +324,24 @@ public:
 		/// Forgets the values from index size on, which values is about to
 		/// drop: it must still hold them.
 	{
-		(void) values;
 		if (_slots.empty() || size >= _count) return;
 		if (_count - size > size)
 		{
-			// Most of it goes: start again, and index the rest when asked.
-			clear();
+			// Most of it goes. Slots that were many for what was in them go
+			// too, as in clear(), and the rest is indexed when asked;
+			// otherwise the rest is entered again at once, with the hashes
+			// it came with, so that a table emptied for the next document
+			// need not catch up.
+			if (_slots.size() > LARGE_SLOTS && 8*_count < _slots.size())
+			{
+				clear();
+				return;
+			}
+			std::fill(_slots.begin(), _slots.end(), Korvo::UInt64(EMPTY));
+			_hashes.resize(size);
+			if constexpr (HAS_KEYS) _keys.resize(size);
+			_count = size;
+			for (unsigned int i = 0; i < size; ++i) enter(values, i);
 			return;
 		}
 		// Entries leave in the reverse of the order they came in, which
