@@ -274,7 +274,7 @@ public:
 		/// probe() for a value whose ValueHash the caller has at hand.
 	{
 		if (_count != values.size() || _slots.empty()) sync(values);
-		return locate(values, value, hash);
+		return locate(hash, [&values, &value](Korvo::UInt32 index) { return same(*values.get(index), value); });
 	}
 
 	Probe probe(const VerbTable<T>& values, const ShortValue& value, Korvo::UInt32 hash)
@@ -282,24 +282,7 @@ public:
 		/// no stored string is read.
 	{
 		if (_count != values.size() || _slots.empty()) sync(values);
-		Probe result;
-		result._hash = hash;
-		result._index = NOT_FOUND;
-		const std::size_t mask = _slots.size() - 1;
-		std::size_t i = hash & mask;
-		for (;;)
-		{
-			const Korvo::UInt64 slot = _slots[i];
-			if (slot == EMPTY) break;
-			if (static_cast<Korvo::UInt32>(slot >> 32) == hash && _keys[static_cast<Korvo::UInt32>(slot) - 1] == value)
-			{
-				result._index = static_cast<Korvo::UInt32>(slot) - 1;
-				break;
-			}
-			i = (i + 1) & mask;
-		}
-		result._slot = i;
-		return result;
+		return locate(hash, [this, &value](Korvo::UInt32 index) { return _keys[index] == value; });
 	}
 
 	void insert(const VerbTable<T>& values, const Probe& probe)
@@ -423,8 +406,10 @@ private:
 		return entry.size() == value.size() && ValueHash<std::string>::sameOctets(entry.data(), value.data(), value.size());
 	}
 
-	template <class K>
-	Probe locate(const VerbTable<T>& values, const K& value, Korvo::UInt32 hash) const
+	template <class Matches>
+	Probe locate(Korvo::UInt32 hash, Matches matches) const
+		/// Where the value whose hash is hash is, matches(index) telling
+		/// whether the value at index is it, or where it would go.
 	{
 		Probe result;
 		result._hash = hash;
@@ -438,7 +423,7 @@ private:
 			if (static_cast<Korvo::UInt32>(slot >> 32) == hash)
 			{
 				const Korvo::UInt32 index = static_cast<Korvo::UInt32>(slot) - 1;
-				if (same(*values.get(index), value))
+				if (matches(index))
 				{
 					result._index = index;
 					break;
