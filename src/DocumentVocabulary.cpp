@@ -53,7 +53,8 @@ namespace
 	struct SpareTables
 		/// The tables of one vocabulary, emptied, or none.
 	{
-		Vocabulary<std::string>*       strings[TABLE_SLOTS];
+		std::vector<Vocabulary<std::string>*> strings;
+			/// The vector with its storage: the next vocabulary takes both.
 		Vocabulary<QualifiedNameEntry>* pElements;
 		Vocabulary<QualifiedNameEntry>* pAttributes;
 	};
@@ -102,7 +103,8 @@ namespace
 DocumentVocabulary::DocumentVocabulary(VocabularyImpl impl):
 	_impl(impl),
 	_pElementVocabulary(nullptr),
-	_pAttributeVocabulary(nullptr)
+	_pAttributeVocabulary(nullptr),
+	_standardTables(false)
 {
 	try
 	{
@@ -120,7 +122,8 @@ DocumentVocabulary::DocumentVocabulary(const std::string& uri, VocabularyImpl im
 	_impl(impl),
 	_pElementVocabulary(nullptr),
 	_pAttributeVocabulary(nullptr),
-	_uri(uri)
+	_uri(uri),
+	_standardTables(false)
 {
 	try
 	{
@@ -137,7 +140,8 @@ DocumentVocabulary::DocumentVocabulary(const std::string& uri, VocabularyImpl im
 DocumentVocabulary::DocumentVocabulary(DontInitialize):
 	_impl(VOC_HASH),
 	_pElementVocabulary(nullptr),
-	_pAttributeVocabulary(nullptr)
+	_pAttributeVocabulary(nullptr),
+	_standardTables(false)
 {
 }
 
@@ -146,7 +150,8 @@ DocumentVocabulary::DocumentVocabulary(const DocumentVocabulary& other):
 	_impl(other._impl),
 	_restrictedAlphabets(true),
 	_pElementVocabulary(nullptr),
-	_pAttributeVocabulary(nullptr)
+	_pAttributeVocabulary(nullptr),
+	_standardTables(false)
 {
 	try
 	{
@@ -166,7 +171,8 @@ DocumentVocabulary::DocumentVocabulary(const DocumentVocabulary& other, Vocabula
 	_encodings(other._encodings),
 	_pElementVocabulary(nullptr),
 	_pAttributeVocabulary(nullptr),
-	_uri(other._uri)
+	_uri(other._uri),
+	_standardTables(false)
 {
 	try
 	{
@@ -238,7 +244,7 @@ bool DocumentVocabulary::giveSpareTables()
 	{
 		return false;
 	}
-	for (std::size_t id = 0; id < TABLE_SLOTS; ++id) pSet->strings[id] = _vocabularies[id];
+	pSet->strings.swap(_vocabularies);
 	pSet->pElements = _pElementVocabulary;
 	pSet->pAttributes = _pAttributeVocabulary;
 	return true;
@@ -249,11 +255,13 @@ bool DocumentVocabulary::takeSpareTables()
 {
 	SpareTables* pSet = spareSet(_impl);
 	if (!pSet || !pSet->pElements) return false;
-	// _vocabularies has room for every table and is empty.
-	_vocabularies.assign(pSet->strings, pSet->strings + TABLE_SLOTS);
+	// _vocabularies is empty.
+	_vocabularies.swap(pSet->strings);
 	_pElementVocabulary = pSet->pElements;
 	_pAttributeVocabulary = pSet->pAttributes;
 	pSet->pElements = nullptr;
+	// They were checked when they were given.
+	_standardTables = true;
 	return true;
 }
 
@@ -265,8 +273,11 @@ void DocumentVocabulary::reset()
 	if (!emptyTables())
 	{
 		clear();
-		_vocabularies.reserve(TABLE_SLOTS);
-		if (!takeSpareTables()) create();
+		if (!takeSpareTables())
+		{
+			_vocabularies.reserve(TABLE_SLOTS);
+			create();
+		}
 	}
 	init();
 	// Alphabets that a document declared must not carry into the next one.
@@ -277,11 +288,15 @@ void DocumentVocabulary::reset()
 bool DocumentVocabulary::emptyTables()
 {
 	if (_vocabularies.size() != TABLE_SLOTS) return false;
-	for (std::size_t id = PREFIX; id < TABLE_SLOTS; ++id)
+	if (!_standardTables)
 	{
-		if (!isStandardTable(_vocabularies[id], STRING_TABLE_SIZES[id - PREFIX])) return false;
+		for (std::size_t id = PREFIX; id < TABLE_SLOTS; ++id)
+		{
+			if (!isStandardTable(_vocabularies[id], STRING_TABLE_SIZES[id - PREFIX])) return false;
+		}
+		if (!isStandardTable(_pElementVocabulary, NAME_TABLE_SIZE) || !isStandardTable(_pAttributeVocabulary, NAME_TABLE_SIZE)) return false;
+		_standardTables = true;
 	}
-	if (!isStandardTable(_pElementVocabulary, NAME_TABLE_SIZE) || !isStandardTable(_pAttributeVocabulary, NAME_TABLE_SIZE)) return false;
 
 	// The built-in prefix and namespace name stay where init() would put them again.
 	keepBuiltIn(*_vocabularies[PREFIX], xmlPrefix());
@@ -318,7 +333,7 @@ void DocumentVocabulary::keepBuiltIn(Vocabulary<std::string>& table, const std::
 	if (pFirst && pFirst->empty() && pSecond && *pSecond == builtIn)
 	{
 		// Mostly a table that the document left untouched.
-		if (table.size() != 2) table.truncate(2);
+		if (table.lookup(2)) table.truncate(2);
 	}
 	else
 		emptyTable(table);
@@ -330,9 +345,10 @@ void DocumentVocabulary::emptyTable(Vocabulary<T>& table)
 {
 	// Down to the placeholder; a table made without one (a difference) gets one.
 	const T* pFirst = table.lookup(0);
-	if (pFirst && *pFirst == T())
+	if (pFirst && isPlaceholder(*pFirst))
 	{
-		if (table.size() != 1) table.truncate(1);
+		// Only a table that the document added to needs truncating.
+		if (table.lookup(1)) table.truncate(1);
 	}
 	else
 	{
@@ -343,8 +359,22 @@ void DocumentVocabulary::emptyTable(Vocabulary<T>& table)
 }
 
 
+template <class T>
+inline bool DocumentVocabulary::isPlaceholder(const T& value)
+{
+	return value == T();
+}
+
+
+inline bool DocumentVocabulary::isPlaceholder(const std::string& value)
+{
+	return value.empty();
+}
+
+
 void DocumentVocabulary::clear()
 {
+	_standardTables = false;
 	for (auto pVoc: _vocabularies) delete pVoc;
 	_vocabularies.clear();
 	delete _pElementVocabulary;
@@ -386,6 +416,7 @@ void DocumentVocabulary::create()
 	}
 	_pElementVocabulary = new V<QualifiedNameEntry>(NAME_TABLE_SIZE);
 	_pAttributeVocabulary = new V<QualifiedNameEntry>(NAME_TABLE_SIZE);
+	_standardTables = true;
 }
 
 
@@ -445,6 +476,7 @@ void DocumentVocabulary::swap(DocumentVocabulary& other)
 	std::swap(_pElementVocabulary, other._pElementVocabulary);
 	std::swap(_pAttributeVocabulary, other._pAttributeVocabulary);
 	_uri.swap(other._uri);
+	std::swap(_standardTables, other._standardTables);
 }
 
 
@@ -472,6 +504,7 @@ void DocumentVocabulary::initialize(ID vocabulary, Vocabulary<std::string>* pVoc
 	std::unique_ptr<Vocabulary<std::string>> pNew(pVoc);
 	poco_assert (vocabulary > DocumentVocabulary::ENCODING_ALGORITHM && vocabulary < DocumentVocabulary::ELEMENT_NAME);
 	if (_vocabularies.size() < TABLE_SLOTS) _vocabularies.resize(TABLE_SLOTS, nullptr);
+	_standardTables = false;
 	if (_vocabularies[vocabulary] != pVoc)
 	{
 		delete _vocabularies[vocabulary];

@@ -146,6 +146,29 @@ namespace
 		int _length;
 	};
 
+	bool referenceField(int pos, unsigned int idx, unsigned int& field, int& bits)
+		/// A reference to idx at pos (0 or 2): the '1' and the index in one
+		/// field of one or two octets, as Encoder::indexReference() writes
+		/// it; false for the longer forms.
+	{
+		const int restOfOctet = 7 - pos;
+		const unsigned int oneOctet = 1u << (restOfOctet - 1);
+		const unsigned int twoOctets = pos == 0 ? 8256 : 1040;
+		if (idx >= 1 && idx <= oneOctet)
+		{
+			field = (1u << restOfOctet) | (idx - 1);
+			bits = restOfOctet + 1;
+			return true;
+		}
+		if (idx > oneOctet && idx <= twoOctets)
+		{
+			field = (3u << (restOfOctet + 7)) | (idx - oneOctet - 1);
+			bits = restOfOctet + 9;
+			return true;
+		}
+		return false;
+	}
+
 	template <class Vocabulary, class Function>
 	void forEachTable(Vocabulary& voc, Function function)
 		/// Calls function with each string table, then the element and the attribute name table.
@@ -888,7 +911,7 @@ void FastInfosetWriter::writeAttribute(const XMLString& prefix, const XMLString&
 {
 	if (_writer.bitPos() != 1) throw FISEncodingException("Illegal startposition for a Attribute value");
 	writeQualifiedNameOrIndex(prefix, ns, localName, false);
-	writeNonIdentifyingStringOrIndex(normalizedValue, DocumentVocabulary::ATTRIBUTE_VALUE);
+	writeAttributeValue(normalizedValue);
 	poco_assert (_writer.bitPos() == 0);
 }
 
@@ -897,7 +920,7 @@ inline void FastInfosetWriter::writeAttributeItem(const XMLString& prefix, const
 {
 	poco_assert (!localName.empty());
 	writeName(prefix, ns, localName, false, NamespaceContext::NOT_FOUND);
-	writeNonIdentifyingStringOrIndex(value, DocumentVocabulary::ATTRIBUTE_VALUE);
+	writeAttributeValue(value);
 }
 
 
@@ -1154,6 +1177,17 @@ void FastInfosetWriter::characters(const XMLChar ch[], int start, int length)
 	// need not be terminated, is never read past the range.
 	if (start == 0 && length == 0) return;
 	poco_check_ptr (ch);
+	if (start == 0 && length > 0 && length <= ShortValue::MAX_SIZE)
+	{
+		// Short text, the usual case: the words that key it show a NUL too,
+		// so that it is read once.
+		const ShortValue key(ch, static_cast<std::size_t>(length));
+		if (!key.hasNul())
+		{
+			writeChunk(std::string_view(ch, static_cast<std::size_t>(length)), &key);
+			return;
+		}
+	}
 	if (start < 0) throw std::out_of_range("characters(): start beyond the end of the text");
 	const std::size_t begin = static_cast<std::size_t>(start);
 	std::size_t end;
@@ -1182,11 +1216,26 @@ void FastInfosetWriter::writeCharacters(std::string_view text)
 {
 	// No chunk can hold an empty string, and zero characters are no content.
 	if (text.empty()) return;
-	requireElementContent();
-	handleEncodedData();
-	padToOctet();
-	_writer.write(CHARACTER_CHUNK, 2);
-	writeValueOrIndex(text, DocumentVocabulary::CHARACTER_CONTENT_CHUNK);
+	if (text.size() <= ShortValue::MAX_SIZE)
+	{
+		const ShortValue key(text.data(), text.size());
+		writeChunk(text, &key);
+	}
+	else writeChunk(text, nullptr);
+}
+
+
+inline __attribute__((always_inline)) void FastInfosetWriter::writeChunk(std::string_view text, const ShortValue* pKey)
+{
+	if (_states.back() != IN_ELEMENT) requireElementContent();
+	if (!_encodings.empty()) handleEncodedData();
+	// The padding of the open octet and the chunk's two bits go out with the value.
+	const int pos = _writer.bitPos();
+	const int leadBits = pos == 0 ? 2 : 10 - pos;
+	if (pKey)
+		writeShortValue(text, *pKey, DocumentVocabulary::CHARACTER_CONTENT_CHUNK, CHARACTER_CHUNK, leadBits);
+	else
+		writeValueOrIndex(text, DocumentVocabulary::CHARACTER_CONTENT_CHUNK, CHARACTER_CHUNK, leadBits);
 }
 
 
@@ -1302,9 +1351,9 @@ inline bool FastInfosetWriter::isIndexed(const std::string& str, DocumentVocabul
 
 unsigned int FastInfosetWriter::writeNonIdentifyingStringOrIndex(const std::string& str, DocumentVocabulary::ID voc)
 {
-	// Plain UTF-8 text indexed by length takes the direct path; the rest,
-	// and strings the encoder refuses, the general one.
-	if (!str.empty() && str.size() <= 0xFFFFFFFFu && !_pIndexingPolicy && !_pPacker && _states.back() != IN_CDATA) return writeValueOrIndex(str, voc);
+	// Text indexed by length takes the direct path; the rest, and strings
+	// the encoder refuses, the general one.
+	if (!str.empty() && str.size() <= 0xFFFFFFFFu && !_pIndexingPolicy && !_pPacker) return writeValueOrIndex(str, voc);
 	const int pos = _writer.bitPos();
 	if (pos != 0 && pos != 2) throw FISEncodingException("Illegal startposition for a NonIdentifyingStringOrIndex value");
 	bool indexed = isIndexed(str, voc);
@@ -1330,16 +1379,76 @@ unsigned int FastInfosetWriter::writeNonIdentifyingStringOrIndex(const std::stri
 }
 
 
-unsigned int FastInfosetWriter::writeValueOrIndex(std::string_view str, DocumentVocabulary::ID voc)
+void FastInfosetWriter::writeAttributeValue(const XMLString& value)
 {
-	// Plain UTF-8 text indexed by length, the usual case, needs no string of
-	// its own; the rest takes the general path.
-	if (_pIndexingPolicy || _pPacker || _states.back() == IN_CDATA || str.size() > 0xFFFFFFFFu)
+	if (!value.empty() && value.size() <= ShortValue::MAX_SIZE)
+		writeShortValue(value, ShortValue(value.data(), value.size()), DocumentVocabulary::ATTRIBUTE_VALUE, 0, 0);
+	else
+		writeNonIdentifyingStringOrIndex(value, DocumentVocabulary::ATTRIBUTE_VALUE);
+}
+
+
+void FastInfosetWriter::writeShortValue(std::string_view str, const ShortValue& key, DocumentVocabulary::ID voc, unsigned int lead, int leadBits)
+{
+	IndexedVocabulary<std::string>* pTable = _pIndexedTables[voc];
+	if (!pTable || !isIndexable(str.size()) || isFull(*pTable) || _pIndexingPolicy || _pPacker)
 	{
+		writeValueOrIndex(str, voc, lead, leadBits);
+		return;
+	}
+	const int pos = (_writer.bitPos() + leadBits) & 7;
+	if (pos != 0 && pos != 2) throw FISEncodingException("Illegal startposition for a NonIdentifyingStringOrIndex value");
+	bool exists;
+	const unsigned int idx = pTable->addShort(key, str, exists);
+	if (exists)
+	{
+		unsigned int field;
+		int bits;
+		if (referenceField(pos, idx, field, bits))
+		{
+			_writer.write((lead << bits) | field, leadBits + bits);
+		}
+		else
+		{
+			if (leadBits) _writer.write(lead, leadBits);
+			Encoder::indexReference(_writer, idx);
+		}
+		return;
+	}
+	writeLiteral(str, pos, true, lead, leadBits);
+}
+
+
+inline __attribute__((always_inline)) void FastInfosetWriter::writeLiteral(std::string_view str, int pos, bool indexed, unsigned int lead, int leadBits)
+{
+	// The lead, the '0' bit, the add-to-table bit, the discriminant and the
+	// length that fills the rest of the octet, as one field written with the
+	// octets. In a CDATA section the algorithm's index comes before the
+	// length: one octet's worth of bits, from bit 4 or 6.
+	Korvo::UInt64 length;
+	const int lengthBits = Encoder::stringLengthBits(static_cast<unsigned int>(str.size()), 4 - pos, length);
+	Korvo::UInt64 head = (Korvo::UInt64(lead) << 4) | (indexed ? 4u : 0u) | UTF8_STRING;
+	int headBits = leadBits + 4;
+	if (_states.back() == IN_CDATA)
+	{
+		head = ((head | ALGORITHM_STRING) << 8) | (EncodingAlgorithm::CDATA_ENCODING - 1);
+		headBits += 8;
+	}
+	_writer.write((head << lengthBits) | length, headBits + lengthBits, str.data(), str.size());
+}
+
+
+unsigned int FastInfosetWriter::writeValueOrIndex(std::string_view str, DocumentVocabulary::ID voc, unsigned int lead, int leadBits)
+{
+	// Text indexed by length, the usual case, needs no string of its own;
+	// the rest takes the general path.
+	if (_pIndexingPolicy || _pPacker || str.size() > 0xFFFFFFFFu)
+	{
+		if (leadBits) _writer.write(lead, leadBits);
 		_scratchText.assign(str.data(), str.size());
 		return writeNonIdentifyingStringOrIndex(_scratchText, voc);
 	}
-	const int pos = _writer.bitPos();
+	const int pos = (_writer.bitPos() + leadBits) & 7;
 	if (pos != 0 && pos != 2) throw FISEncodingException("Illegal startposition for a NonIdentifyingStringOrIndex value");
 	bool indexed = isIndexable(str.size());
 	bool exists = false;
@@ -1351,17 +1460,11 @@ unsigned int FastInfosetWriter::writeValueOrIndex(std::string_view str, Document
 	}
 	if (exists)
 	{
+		if (leadBits) _writer.write(lead, leadBits);
 		Encoder::indexReference(_writer, idx);
 		return idx;
 	}
-	// The '0' bit, the add-to-table bit, the UTF-8 discriminant and the
-	// length that fills the rest of the octet, as one field written with
-	// the octets.
-	Korvo::UInt64 length;
-	const int lengthBits = Encoder::stringLengthBits(static_cast<unsigned int>(str.size()), 4 - pos, length);
-	const Korvo::UInt64 head = (indexed ? 4u : 0u) | UTF8_STRING;
-	const Korvo::UInt64 field = (head << lengthBits) | length;
-	_writer.write(field, 4 + lengthBits, str.data(), str.size());
+	writeLiteral(str, pos, indexed, lead, leadBits);
 	return indexed ? idx : 0;
 }
 

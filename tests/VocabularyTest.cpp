@@ -330,6 +330,24 @@ TEST(MapVocabularyTest, StringsAlikeInTheirFirstOctets)
 	EXPECT_EQ(0u, table.exists("", found));
 	EXPECT_TRUE(found);
 
+	// Short values found by their key agree with the look-up by content,
+	// both ways.
+	for (std::size_t i = 0; i < values.size(); ++i)
+	{
+		if (values[i].size() > ShortValue::MAX_SIZE) continue;
+		bool existed = false;
+		EXPECT_EQ(i + 1, table.addShort(ShortValue(values[i].data(), values[i].size()), values[i], existed)) << i;
+		EXPECT_TRUE(existed) << i;
+	}
+	unsigned int next = table.size();
+	for (const std::string& absent: {std::string("abcdefgh\0\0", 10), std::string("abcdefgj"), std::string("\0", 1), std::string("Item i0000019")})
+	{
+		bool existed = true;
+		EXPECT_EQ(next, table.addShort(ShortValue(absent.data(), absent.size()), absent, existed)) << absent;
+		EXPECT_FALSE(existed);
+		EXPECT_EQ(next++, table.exists(absent, found));
+	}
+
 	// A copy finds every value in its own storage.
 	std::unique_ptr<Vocabulary<std::string>> pCopy(table.clone());
 	for (std::size_t i = 0; i < values.size(); ++i)

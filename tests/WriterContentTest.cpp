@@ -148,6 +148,9 @@ TEST(WriterContentTest, CharactersTakeASubstringOfTheGivenRangeOnly)
 		{std::string("abc"), 1, 2, "91 6263"},                // no NUL: the range only
 		{std::string("abc\0", 4), 1, 10, "91 6263"},          // cut at the NUL
 		{std::string("ab\0cd\0", 6), 0, 5, "91 6162"},        // an embedded NUL ends the text
+		{std::string("a\0c", 3), 0, 3, "90 61"},              // ... in short texts of every word size
+		{std::string("abcde\0g", 7), 0, 7, "92 02 6162636465"},
+		{std::string("abcdefghij\0k", 12), 0, 12, "92 07 6162636465666768696A"},
 		{std::string("abc\0", 4), 0, -1, "92 00 616263"},     // the rest of the text
 		{std::string("abc\0", 4), 3, 5, ""},                  // start at the end: nothing
 		{std::string("abc\0", 4), 4, 0, nullptr},

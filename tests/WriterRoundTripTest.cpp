@@ -156,4 +156,49 @@ TEST_P(RoundTripTest, ParserReportsTheWrittenEvents)
 }
 
 
+TEST(WriterRoundTripTest, ReferencesOfEveryForm)
+{
+	// Values written twice, so that the second time refers to indices on
+	// both sides of each reference form (one octet, two, more) of chunks
+	// and of attribute values.
+	std::vector<std::string> expected;
+	const auto write = [&expected](FastInfosetWriter& w)
+	{
+		for (int round = 0; round < 2; ++round)
+		{
+			for (int i = 0; i < 8300; ++i)
+			{
+				const std::string value = "v" + std::to_string(i);
+				w.emptyElement("", "e", "e", attributes({{"", "a", "a", value}}));
+				expected.push_back("startElement(|e||attr(|a|||" + value + "))");
+				expected.push_back("endElement(|e|)");
+				if (i >= 1100) continue;
+				w.characters("t" + std::to_string(i));
+				expected.push_back("characters(t" + std::to_string(i) + ")");
+			}
+		}
+	};
+	for (DocumentVocabulary::VocabularyImpl impl: {DocumentVocabulary::VOC_HASH, DocumentVocabulary::VOC_MAP})
+	{
+		expected.assign(1, "startElement(|r|)");
+		std::ostringstream out;
+		{
+			FastInfosetWriter writer(out, false, impl);
+			writer.startDocument();
+			writer.startElement("", "r", "r", AttributesImpl());
+			write(writer);
+			writer.endElement("", "r", "r");
+			writer.endDocument();
+		}
+		expected.push_back("endElement(|r|)");
+		const std::string document = out.str();
+		Korvo::FastInfoset::Test::SaxRecorder recorder;
+		FastInfosetParser parser;
+		parser.setContentHandler(&recorder);
+		parser.parseMemoryNP(document.data(), document.size());
+		EXPECT_EQ(expected, recorder.contentEvents()) << impl;
+	}
+}
+
+
 } // namespace

@@ -170,6 +170,9 @@ private:
 	bool isStandardTable(const Vocabulary<T>* pTable, unsigned int size) const;
 	template <class T>
 	static void emptyTable(Vocabulary<T>& table);
+	template <class T>
+	static bool isPlaceholder(const T& value);
+	static bool isPlaceholder(const std::string& value);
 	static void keepBuiltIn(Vocabulary<std::string>& table, const std::string& builtIn);
 		/// Empties table down to the placeholder and builtIn, when it holds
 		/// them at 0 and 1, else as emptyTable().
@@ -191,6 +194,10 @@ private:
 	Vocabulary<QualifiedNameEntry>*       _pElementVocabulary;
 	Vocabulary<QualifiedNameEntry>*       _pAttributeVocabulary;
 	std::string                           _uri;
+	bool                                  _standardTables;
+		/// True when the tables are known to be of the chosen kind (made
+		/// by create() or checked since), so that emptying them need not
+		/// look again.
 };
 
 

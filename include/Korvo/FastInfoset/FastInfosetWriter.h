@@ -411,9 +411,22 @@ private:
 		/// indexString() for a string whose ValueHash is at hand.
 		/// The index of str in table id, which gets it when absent unless it
 		/// is full: NOT_INDEXED then.
-	unsigned int writeValueOrIndex(std::string_view str, DocumentVocabulary::ID voc);
-		/// writeNonIdentifyingStringOrIndex() for text given as a view.
+	unsigned int writeValueOrIndex(std::string_view str, DocumentVocabulary::ID voc, unsigned int lead = 0, int leadBits = 0);
+		/// writeNonIdentifyingStringOrIndex() for text given as a view,
+		/// after the leadBits (0 to 9) low bits of lead, which bring it to
+		/// bit 0 or 2 of an octet and go out with it.
+	void writeShortValue(std::string_view str, const ShortValue& key, DocumentVocabulary::ID voc, unsigned int lead, int leadBits);
+		/// writeValueOrIndex() for a value of 1 to ShortValue::MAX_SIZE
+		/// octets whose key is key: found by the key, and written with the
+		/// lead bits as one field.
+	void writeLiteral(std::string_view str, int pos, bool indexed, unsigned int lead, int leadBits);
+		/// The literal form of a value of 1 to 2^32 - 1 octets starting at
+		/// pos (0 or 2) after the lead bits: UTF-8, or the CDATA algorithm
+		/// in a CDATA section.
 	void writeCharacters(std::string_view text);
+	void writeChunk(std::string_view text, const ShortValue* pKey);
+		/// writeCharacters() for a non-empty text, with its key when it is short.
+	void writeAttributeValue(const Korvo::XML::XMLString& value);
 	std::string unusedPrefix();
 
 	static constexpr std::size_t SHORT_LITERAL = 64;

@@ -75,6 +75,22 @@ public:
 		return newIndex;
 	}
 
+	unsigned int addShort(const ShortValue& key, std::string_view value, bool& valueExisted)
+		/// add() for the string value of at most ShortValue::MAX_SIZE octets
+		/// whose key is key: found by the key alone.
+	{
+		const Korvo::UInt32 hash = ValueHash<std::string>()(key);
+		typename ValueIndex<T>::Probe probe = _lookup.probe(this->_index, key, hash);
+		valueExisted = probe.found();
+		if (valueExisted) return probe.index();
+		const unsigned int newIndex = this->_index.size();
+		if (newIndex >= _capacity) full();
+		store(this->_index.spare(), value);
+		this->_index.appendSpare();
+		_lookup.insert(this->_index, probe, key);
+		return newIndex;
+	}
+
 	void append(const T& value)
 		/// Appends value even when an equal one is stored (find() gives the
 		/// first of equal values): for copying a table whose indices must

@@ -24,6 +24,7 @@
 #include <cstring>
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <vector>
 
 
@@ -34,6 +35,51 @@ namespace FastInfoset {
 template <class T>
 struct ValueHash;
 	/// A well-mixed 32-bit hash of a value, for ValueIndex.
+
+
+struct ShortValue
+	/// A string of 1 to MAX_SIZE octets as two words that together hold
+	/// every octet (overlapping, as ValueHash reads them) and its length:
+	/// two such strings are equal exactly when these are. Made once, it
+	/// gives the string's ValueHash and finds it in a ValueIndex without
+	/// reading a stored string.
+{
+	enum
+	{
+		MAX_SIZE = 16
+	};
+
+	ShortValue():
+		first(0),
+		last(0),
+		size(0)
+	{
+	}
+
+	ShortValue(const char* p, std::size_t n);
+		/// The key of the n (1 to MAX_SIZE) octets at p.
+
+	bool hasNul() const
+		/// True when one of the octets is 0.
+	{
+		// The low octets of a word that are part of the string; a borrow
+		// out of a zero octet reaches only octets above it.
+		const Korvo::UInt64 ones = size >= 8 ? 0x0101010101010101ull : size >= 4 ? 0x01010101ull : 0x010101ull;
+		const Korvo::UInt64 highs = ones << 7;
+		const Korvo::UInt64 second = size >= 4 ? last : first;
+		return (((first - ones) & ~first) | ((second - ones) & ~second)) & highs;
+	}
+
+	bool operator == (const ShortValue& other) const
+	{
+		return first == other.first && last == other.last && size == other.size;
+	}
+
+	Korvo::UInt64 first;
+	Korvo::UInt64 last;
+	Korvo::UInt64 size;
+		/// Longer strings, which have no key, keep only their size here.
+};
 
 
 template <>
@@ -76,6 +122,12 @@ struct ValueHash<std::string>
 			b = word8(p + n - 8);
 		}
 		return mix(a ^ K1 ^ n, b ^ h ^ K2);
+	}
+
+	Korvo::UInt32 operator () (const ShortValue& value) const
+		/// The hash of the string value stands for.
+	{
+		return finish(mix(value.first ^ K1 ^ value.size, value.last ^ K2));
 	}
 
 	static bool sameOctets(const char* p, const char* q, std::size_t n)
@@ -124,6 +176,30 @@ struct ValueHash<std::string>
 };
 
 
+inline ShortValue::ShortValue(const char* p, std::size_t n):
+	size(n)
+{
+	// The words ValueHash<std::string> starts from.
+	using Words = ValueHash<std::string>;
+	if (n >= 8)
+	{
+		first = Words::word8(p);
+		last = Words::word8(p + n - 8);
+	}
+	else if (n >= 4)
+	{
+		first = Words::word4(p);
+		last = Words::word4(p + n - 4);
+	}
+	else
+	{
+		const unsigned char* u = reinterpret_cast<const unsigned char*>(p);
+		first = (Korvo::UInt64(u[0]) << 16) | (Korvo::UInt64(u[n >> 1]) << 8) | u[n - 1];
+		last = 0;
+	}
+}
+
+
 template <>
 struct ValueHash<QualifiedNameEntry>
 {
@@ -150,6 +226,9 @@ class ValueIndex
 	/// since whenever it is asked again; so a table that nobody searches
 	/// never builds one. Values equal to an earlier one are not indexed:
 	/// the first index of a value is the one found.
+	///
+	/// For strings it keeps the ShortValue of every value as well, so that
+	/// a short string is found by its key alone.
 {
 public:
 	static constexpr Korvo::UInt32 NOT_FOUND = 0xFFFFFFFF;
@@ -195,7 +274,15 @@ public:
 		/// probe() for a value whose ValueHash the caller has at hand.
 	{
 		if (_count != values.size() || _slots.empty()) sync(values);
-		return locate(values, value, hash);
+		return locate(hash, [&values, &value](Korvo::UInt32 index) { return same(*values.get(index), value); });
+	}
+
+	Probe probe(const VerbTable<T>& values, const ShortValue& value, Korvo::UInt32 hash)
+		/// probe() for a short string by its key, whose ValueHash is hash:
+		/// no stored string is read.
+	{
+		if (_count != values.size() || _slots.empty()) sync(values);
+		return locate(hash, [this, &value](Korvo::UInt32 index) { return _keys[index] == value; });
 	}
 
 	void insert(const VerbTable<T>& values, const Probe& probe)
@@ -203,22 +290,41 @@ public:
 		/// find) under its index. Nothing may have changed in between.
 	{
 		poco_assert_dbg (!probe.found() && _count + 1 == values.size());
-		_slots[probe._slot] = slotValue(probe._hash, _count);
-		_hashes.push_back(probe._hash);
-		++_count;
-		if (2*_count > _slots.size()) rebuild(values, 2*_slots.size());
+		if constexpr (HAS_KEYS)
+			enterNew(values, probe, keyOf(*values.get(_count)));
+		else
+			enterNew(values, probe, ShortValue());
+	}
+
+	void insert(const VerbTable<T>& values, const Probe& probe, const ShortValue& value)
+		/// insert() for the short string value.
+	{
+		poco_assert_dbg (!probe.found() && _count + 1 == values.size());
+		enterNew(values, probe, value);
 	}
 
 	void truncate(const VerbTable<T>& values, unsigned int size)
 		/// Forgets the values from index size on, which values is about to
 		/// drop: it must still hold them.
 	{
-		(void) values;
 		if (_slots.empty() || size >= _count) return;
 		if (_count - size > size)
 		{
-			// Most of it goes: start again, and index the rest when asked.
-			clear();
+			// Most of it goes. Slots that were many for what was in them go
+			// too, as in clear(), and the rest is indexed when asked;
+			// otherwise the rest is entered again at once, with the hashes
+			// it came with, so that a table emptied for the next document
+			// need not catch up.
+			if (_slots.size() > LARGE_SLOTS && 8*_count < _slots.size())
+			{
+				clear();
+				return;
+			}
+			std::fill(_slots.begin(), _slots.end(), Korvo::UInt64(EMPTY));
+			_hashes.resize(size);
+			if constexpr (HAS_KEYS) _keys.resize(size);
+			_count = size;
+			for (unsigned int i = 0; i < size; ++i) enter(values, i);
 			return;
 		}
 		// Entries leave in the reverse of the order they came in, which
@@ -238,9 +344,44 @@ public:
 			}
 		}
 		_hashes.resize(_count);
+		if constexpr (HAS_KEYS) _keys.resize(_count);
 	}
 
 private:
+	static constexpr bool HAS_KEYS = std::is_same<T, std::string>::value;
+
+	static ShortValue keyOf(const std::string& value)
+	{
+		if (value.empty() || value.size() > ShortValue::MAX_SIZE)
+		{
+			ShortValue none;
+			none.size = value.size();
+			return none;
+		}
+		return ShortValue(value.data(), value.size());
+	}
+
+	void enterNew(const VerbTable<T>& values, const Probe& probe, const ShortValue& key)
+	{
+		_hashes.push_back(probe._hash);
+		if constexpr (HAS_KEYS)
+		{
+			try
+			{
+				_keys.push_back(key);
+			}
+			catch (...)
+			{
+				_hashes.pop_back();
+				throw;
+			}
+		}
+		else (void) key;
+		_slots[probe._slot] = slotValue(probe._hash, _count);
+		++_count;
+		if (2*_count > _slots.size()) rebuild(values, 2*_slots.size());
+	}
+
 	enum
 	{
 		EMPTY = 0,
@@ -265,8 +406,10 @@ private:
 		return entry.size() == value.size() && ValueHash<std::string>::sameOctets(entry.data(), value.data(), value.size());
 	}
 
-	template <class K>
-	Probe locate(const VerbTable<T>& values, const K& value, Korvo::UInt32 hash) const
+	template <class Matches>
+	Probe locate(Korvo::UInt32 hash, Matches matches) const
+		/// Where the value whose hash is hash is, matches(index) telling
+		/// whether the value at index is it, or where it would go.
 	{
 		Probe result;
 		result._hash = hash;
@@ -280,7 +423,7 @@ private:
 			if (static_cast<Korvo::UInt32>(slot >> 32) == hash)
 			{
 				const Korvo::UInt32 index = static_cast<Korvo::UInt32>(slot) - 1;
-				if (same(*values.get(index), value))
+				if (matches(index))
 				{
 					result._index = index;
 					break;
@@ -300,11 +443,13 @@ private:
 		{
 			std::vector<Korvo::UInt64>().swap(_slots);
 			std::vector<Korvo::UInt32>().swap(_hashes);
+			std::vector<ShortValue>().swap(_keys);
 		}
 		else
 		{
 			std::fill(_slots.begin(), _slots.end(), Korvo::UInt64(EMPTY));
 			_hashes.clear();
+			_keys.clear();
 		}
 		_count = 0;
 	}
@@ -317,6 +462,12 @@ private:
 		while (_count < values.size())
 		{
 			const T& value = *values.get(_count);
+			if constexpr (HAS_KEYS)
+			{
+				// A key without its hash would shift every later one.
+				_keys.resize(_count);
+				_keys.push_back(keyOf(value));
+			}
 			_hashes.push_back(_hash(value));
 			enter(values, _count++);
 			if (2*_count > _slots.size()) rebuild(values, 2*_slots.size());
@@ -351,6 +502,8 @@ private:
 	std::vector<Korvo::UInt64> _slots;
 	std::vector<Korvo::UInt32> _hashes;
 		/// The hash of each value below _count, by index.
+	std::vector<ShortValue>    _keys;
+		/// The key of each string below _count, by index; empty for other values.
 	unsigned int               _count;
 		/// The values from index 0 below _count are indexed.
 	ValueHash<T>               _hash;
