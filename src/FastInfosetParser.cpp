@@ -1126,7 +1126,6 @@ bool FastInfosetParser::readBufferedAttribute(const unsigned char*& p, const uns
 	// '0', then the name from the second bit: an index, or 1111, a padding
 	// bit and the presence bits; then the value from the next octet.
 	attribute.pName = nullptr;
-	attribute.pRepeat = nullptr;
 	if ((*p & 0x78) == 0x78)
 	{
 		const unsigned char head = *p & 0x03;
@@ -1361,7 +1360,7 @@ inline const FastInfosetParser::ResolvedQualName* FastInfosetParser::knownName(u
 }
 
 
-inline void FastInfosetParser::endElement()
+inline __attribute__((always_inline)) void FastInfosetParser::endElement()
 {
 	ResolvedQualName qualName = _openElements.back();
 	_openElements.pop_back();

@@ -336,7 +336,8 @@ private:
 		const unsigned char* pNameEnd;
 			/// Where a literal name ends.
 		const RepeatRecord* pRepeat;
-			/// The record of a literal name that repeats the last document's.
+			/// The record of a literal name that repeats the last document's;
+			/// set for literal names only.
 		const std::string* pIndexed;
 		const char* pText;
 		std::size_t length;
