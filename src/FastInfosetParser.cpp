@@ -1078,7 +1078,7 @@ void FastInfosetParser::readBufferedDeclarations(const unsigned char*& p, const 
 }
 
 
-bool FastInfosetParser::readLiteralElementName(const unsigned char*& p, const unsigned char* pEnd, ResolvedQualName& name, unsigned& nameIndex)
+inline __attribute__((always_inline)) bool FastInfosetParser::readLiteralElementName(const unsigned char*& p, const unsigned char* pEnd, ResolvedQualName& name, unsigned& nameIndex)
 {
 	// 1111, the presence bits, then the strings from the next octet.
 	BufferedName literal;
@@ -1105,7 +1105,7 @@ bool FastInfosetParser::readLiteralElementName(const unsigned char*& p, const un
 }
 
 
-void FastInfosetParser::addAttributeName(const BufferedAttribute& attribute, const unsigned char* pAttribute, ResolvedQualName& name)
+inline __attribute__((always_inline)) void FastInfosetParser::addAttributeName(const BufferedAttribute& attribute, const unsigned char* pAttribute, ResolvedQualName& name)
 {
 	if (attribute.pRepeat)
 	{
