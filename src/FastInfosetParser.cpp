@@ -37,7 +37,6 @@
 #include "Poco/XML/XMLWriter.h"
 #include "Poco/MemoryStream.h"
 #include <climits>
-#include <cstring>
 #include <typeinfo>
 
 
@@ -542,22 +541,26 @@ namespace
 		// prefix and namespace name, and the placeholders.
 
 	template <class T>
-	void growTo(Vocabulary<T>& table, unsigned size)
+	void growTo(Vocabulary<T>& table, unsigned from, unsigned to)
 		/// Appends the table's spare entries, which hold what it held before,
-		/// until it has size entries; as the table's own operation would
+		/// from size from to size to, as the table's own operation would
 		/// have added them.
 	{
 		const std::type_info* pType = &typeid(table);
 		bool existed;
-		while (table.size() < size)
+		if (pType == &typeid(MapVocabulary<T>) || pType == &typeid(HashVocabulary<T>))
 		{
-			T& spare = table.spare();
-			if (pType == &typeid(MapVocabulary<T>) || pType == &typeid(HashVocabulary<T>))
-				static_cast<IndexedVocabulary<T>&>(table).append(spare);
-			else if (pType == &typeid(VectorVocabulary<T>))
-				static_cast<VectorVocabulary<T>&>(table).VectorVocabulary<T>::index(spare, existed);
-			else
-				table.index(spare, existed);
+			IndexedVocabulary<T>& indexed = static_cast<IndexedVocabulary<T>&>(table);
+			for (unsigned size = from; size < to; ++size) indexed.append(indexed.spare());
+		}
+		else if (pType == &typeid(VectorVocabulary<T>))
+		{
+			VectorVocabulary<T>& vector = static_cast<VectorVocabulary<T>&>(table);
+			for (unsigned size = from; size < to; ++size) vector.VectorVocabulary<T>::index(vector.spare(), existed);
+		}
+		else
+		{
+			for (unsigned size = from; size < to; ++size) table.index(table.spare(), existed);
 		}
 	}
 }
@@ -626,7 +629,7 @@ const FastInfosetParser::RepeatRecord* FastInfosetParser::repeated(RepeatKind ki
 	{
 		const RepeatRecord& record = _repeats[_repeatCursor];
 		if (record.kind == kind && record.head == head && static_cast<std::size_t>(pEnd - p) >= record.length
-			&& std::memcmp(p, _repeatOctets.data() + record.offset, record.length) == 0)
+			&& sameOctets(reinterpret_cast<const char*>(p), _repeatOctets.data() + record.offset, record.length))
 		{
 			unsigned sizes[REPEAT_TABLES];
 			tableSizes(sizes);
@@ -645,11 +648,12 @@ const FastInfosetParser::RepeatRecord* FastInfosetParser::repeated(RepeatKind ki
 void FastInfosetParser::growTables(const RepeatRecord& record)
 {
 	++_repeatCursor;
-	if (record.sizesAfter[0] != record.sizesBefore[0]) growTo(*_pTables[DocumentVocabulary::PREFIX], record.sizesAfter[0]);
-	if (record.sizesAfter[1] != record.sizesBefore[1]) growTo(*_pTables[DocumentVocabulary::NAMESPACE_NAME], record.sizesAfter[1]);
-	if (record.sizesAfter[2] != record.sizesBefore[2]) growTo(*_pTables[DocumentVocabulary::LOCAL_NAME], record.sizesAfter[2]);
-	if (record.sizesAfter[3] != record.sizesBefore[3]) growTo(*_pNameTables[1], record.sizesAfter[3]);
-	if (record.sizesAfter[4] != record.sizesBefore[4]) growTo(*_pNameTables[0], record.sizesAfter[4]);
+	// repeated() found the tables at the sizes before.
+	if (record.sizesAfter[0] != record.sizesBefore[0]) growTo(*_pTables[DocumentVocabulary::PREFIX], record.sizesBefore[0], record.sizesAfter[0]);
+	if (record.sizesAfter[1] != record.sizesBefore[1]) growTo(*_pTables[DocumentVocabulary::NAMESPACE_NAME], record.sizesBefore[1], record.sizesAfter[1]);
+	if (record.sizesAfter[2] != record.sizesBefore[2]) growTo(*_pTables[DocumentVocabulary::LOCAL_NAME], record.sizesBefore[2], record.sizesAfter[2]);
+	if (record.sizesAfter[3] != record.sizesBefore[3]) growTo(*_pNameTables[1], record.sizesBefore[3], record.sizesAfter[3]);
+	if (record.sizesAfter[4] != record.sizesBefore[4]) growTo(*_pNameTables[0], record.sizesBefore[4], record.sizesAfter[4]);
 }
 
 
