@@ -159,6 +159,7 @@ FastInfosetParser::FastInfosetParser(DocumentVocabulary::VocabularyImpl impl):
 	_repeating(false),
 	_recording(false),
 	_repeatsUsable(false),
+	_repeatable(false),
 	_repeatQNames(true),
 	_parsedBefore(false),
 	_pRepeatTables(),
@@ -186,6 +187,7 @@ FastInfosetParser::FastInfosetParser(const DocumentVocabulary& vocabulary):
 	_repeating(false),
 	_recording(false),
 	_repeatsUsable(false),
+	_repeatable(false),
 	_repeatQNames(true),
 	_parsedBefore(false),
 	_pRepeatTables(),
@@ -490,6 +492,7 @@ void FastInfosetParser::parseDocument(BitStreamReader& aReader)
 	// stand now: nothing was added to them since.
 	bool usable = _repeatsUsable && !_repeats.empty();
 	_repeatsUsable = false;
+	_repeatable = false;
 	_repeating = false;
 	_recording = false;
 	_repeatCursor = 0;
@@ -612,13 +615,26 @@ void FastInfosetParser::beginRepeats(bool hasInitialVocabulary)
 	}
 	_repeating = !_repeats.empty();
 	_recording = true;
-	_repeatsUsable = true;
+	_repeatable = true;
 }
 
 
 void FastInfosetParser::endRepeats()
 {
+	// Records this document did not repeat may name entries that it filled
+	// otherwise, past the ones it repeated.
+	// A document that broke off leaves none: what it filled is unknown.
+	if (_repeating) keepRepeats(_repeatCursor);
+	_repeatsUsable = _repeatable;
 	if (_repeatsUsable) tableSizes(_repeatEndSizes);
+}
+
+
+void FastInfosetParser::keepRepeats(std::size_t count)
+{
+	_repeats.resize(count);
+	_repeatOctets.resize(_repeats.empty() ? 0 : _repeats.back().offset + _repeats.back().length);
+	_repeatDeclarations.resize(_repeats.empty() ? 0 : _repeats.back().firstDeclaration + _repeats.back().declarations);
 }
 
 
@@ -638,9 +654,7 @@ const FastInfosetParser::RepeatRecord* FastInfosetParser::repeated(RepeatKind ki
 	}
 	// From here on this document makes its own records.
 	_repeating = false;
-	_repeats.resize(_repeatCursor);
-	_repeatOctets.resize(_repeats.empty() ? 0 : _repeats.back().offset + _repeats.back().length);
-	_repeatDeclarations.resize(_repeats.empty() ? 0 : _repeats.back().firstDeclaration + _repeats.back().declarations);
+	keepRepeats(_repeatCursor);
 	return nullptr;
 }
 

@@ -230,16 +230,22 @@ TEST(ParserTableKindsRepeatTest, ALiteralRepeatingATableValueIsFoundByIndexedTab
 TEST(ParserTableKindsRepeatTest, AReusedParserReadsDocumentsThatRepeatTheLastOnesNamesAlike)
 {
 	// Documents that repeat the one before, in part or whole, or break off,
-	// through one parser: the events and tables of a parser made for each,
-	// with either setting of the qualified names.
+	// or have a long name where the one before had a short one, or end with
+	// names that are not read in place (after a value in a restricted
+	// alphabet), through one parser: the events and tables of a parser made
+	// for each, with either setting of the qualified names.
 	struct Message
 	{
 		const char* prefix;
 		const char* attribute;
 		bool truncated;
+		bool longName;
+		bool numeric;
 	};
-	const Message messages[] = {{"p", "n", false}, {"p", "n", false}, {"p", "n", false}, {"p", "k", false}, {"p", "k", false},
-		{"p", "n", false}, {"q", "n", false}, {"p", "n", false}, {"p", "n", true}, {"p", "n", false}, {"p", "n", false}};
+	const Message messages[] = {{"p", "n", false, false, false}, {"p", "n", false, false, false}, {"p", "n", false, false, false},
+		{"p", "k", false, false, false}, {"p", "k", false, false, false}, {"p", "n", false, false, false}, {"q", "n", false, false, false},
+		{"p", "n", false, false, false}, {"p", "n", true, false, false}, {"p", "n", false, false, false}, {"p", "n", false, false, false},
+		{"p", "n", false, true, false}, {"p", "n", false, false, false}, {"p", "k", false, false, true}, {"p", "n", false, false, false}};
 	for (DV::VocabularyImpl impl: {DV::VOC_MAP, DV::VOC_HASH, DV::VOC_VECTOR})
 	{
 		FastInfosetParser reused(impl);
@@ -250,15 +256,17 @@ TEST(ParserTableKindsRepeatTest, AReusedParserReadsDocumentsThatRepeatTheLastOne
 			const std::string prefix = message.prefix;
 			std::ostringstream out;
 			FastInfosetWriter writer(out, false, DV::VOC_MAP);
+			writer.setShortestLiterals(message.numeric);
 			Korvo::XML::AttributesImpl attributes;
-			attributes.addAttribute("", "id", "id", "", "7");
+			attributes.addAttribute("", "id", "id", "", message.numeric ? "12345678" : "7");
 			attributes.addAttribute("urn:a", message.attribute, prefix + ":" + message.attribute, "", "v");
 			const Korvo::XML::AttributesImpl none;
 			writer.startDocument();
 			writer.startPrefixMapping(prefix, "urn:a");
 			writer.startElement("urn:a", "m", prefix + ":m", none);
-			writer.emptyElement("urn:a", "x", prefix + ":x", attributes);
-			writer.emptyElement("", "y", "y", attributes);
+			const std::string x = message.longName ? std::string(100, 'x') : std::string("x");
+			writer.emptyElement("urn:a", x, prefix + ":" + x, attributes);
+			if (!message.numeric) writer.emptyElement("", "y", "y", attributes);
 			writer.endElement("urn:a", "m", prefix + ":m");
 			writer.endPrefixMapping(prefix);
 			writer.endDocument();

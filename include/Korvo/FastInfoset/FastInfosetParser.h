@@ -467,6 +467,8 @@ private:
 		/// Keeps what was just read from p to pEnd, unless the tables changed
 		/// otherwise since the last record.
 	void clearRepeats();
+	void keepRepeats(std::size_t count);
+		/// Drops the records from count on.
 	void recordName(RepeatKind kind, unsigned char head, const unsigned char* p, const unsigned char* pEnd, const unsigned sizesBefore[REPEAT_TABLES], const ResolvedQualName& name, unsigned nameIndex);
 	void rememberRepeatedName(const RepeatRecord& record, bool isElement);
 
@@ -535,6 +537,8 @@ private:
 		/// This document's records are kept.
 	bool                         _repeatsUsable;
 		/// The records are complete: the document that made them ended.
+	bool                         _repeatable;
+		/// This document began with tables that records may be repeated on.
 	bool                         _repeatQNames;
 		/// The namespace-prefixes feature when the records were made.
 	bool                         _parsedBefore;
