@@ -154,16 +154,7 @@ FastInfosetParser::FastInfosetParser(DocumentVocabulary::VocabularyImpl impl):
 	_fisContentHandlerKnown(true),
 	_namespacePrefixes(true),
 	_attributeQNames(false),
-	_vocabulary(impl),
-	_repeatCursor(0),
-	_repeating(false),
-	_recording(false),
-	_repeatsUsable(false),
-	_repeatable(false),
-	_repeatQNames(true),
-	_parsedBefore(false),
-	_pRepeatTables(),
-	_repeatEndSizes()
+	_vocabulary(impl)
 {
 	if (!takeSpareParts()) reserveBuffers();
 	findTables();
@@ -182,16 +173,7 @@ FastInfosetParser::FastInfosetParser(const DocumentVocabulary& vocabulary):
 	_fisContentHandlerKnown(true),
 	_namespacePrefixes(true),
 	_attributeQNames(false),
-	_vocabulary(vocabulary),
-	_repeatCursor(0),
-	_repeating(false),
-	_recording(false),
-	_repeatsUsable(false),
-	_repeatable(false),
-	_repeatQNames(true),
-	_parsedBefore(false),
-	_pRepeatTables(),
-	_repeatEndSizes()
+	_vocabulary(vocabulary)
 {
 	if (!takeSpareParts()) reserveBuffers();
 	findTables();

@@ -529,22 +529,22 @@ private:
 	std::vector<RepeatRecord>    _repeats;
 	std::string                  _repeatOctets;
 	std::vector<std::pair<const std::string*, const std::string*>> _repeatDeclarations;
-	std::size_t                  _repeatCursor;
+	std::size_t                  _repeatCursor = 0;
 		/// The next record to repeat.
-	bool                         _repeating;
+	bool                         _repeating = false;
 		/// This document has repeated every record so far.
-	bool                         _recording;
+	bool                         _recording = false;
 		/// This document's records are kept.
-	bool                         _repeatsUsable;
+	bool                         _repeatsUsable = false;
 		/// The records are complete: the document that made them ended.
-	bool                         _repeatable;
+	bool                         _repeatable = false;
 		/// This document began with tables that records may be repeated on.
-	bool                         _repeatQNames;
+	bool                         _repeatQNames = true;
 		/// The namespace-prefixes feature when the records were made.
-	bool                         _parsedBefore;
+	bool                         _parsedBefore = false;
 		/// Whether a document began here before.
-	const void*                  _pRepeatTables[REPEAT_TABLES];
-	unsigned                     _repeatEndSizes[REPEAT_TABLES];
+	const void*                  _pRepeatTables[REPEAT_TABLES] = {};
+	unsigned                     _repeatEndSizes[REPEAT_TABLES] = {};
 		/// The tables of the records, and their sizes when the document ended.
 };
 
