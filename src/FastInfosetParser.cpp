@@ -22,6 +22,7 @@
 #include "Korvo/FastInfoset/NullRefEncoding.h"
 #include "Korvo/FastInfoset/StringDecoder.h"
 #include "Korvo/FastInfoset/Utility.h"
+#include "Korvo/FastInfoset/VectorVocabulary.h"
 #include "ChangedString.h"
 #include "NewValueFilter.h"
 #include "ThreadSpare.h"
@@ -36,6 +37,7 @@
 #include "Poco/XML/XMLWriter.h"
 #include "Poco/MemoryStream.h"
 #include <climits>
+#include <typeinfo>
 
 
 using Korvo::XML::XMLString;
@@ -468,8 +470,26 @@ void FastInfosetParser::parseDocument(BitStreamReader& aReader)
 	_unindexedStrings.clear();
 	// The tables are about to be rebuilt: no list may trust the strings it copied from.
 	for (RecycledAttributes* pList: _madeLists) pList->forgetSources();
+	// The last document's records hold only if its tables ended as they
+	// stand now: nothing was added to them since.
+	bool usable = _repeatsUsable && !_repeats.empty();
+	_repeatsUsable = false;
+	_repeatable = false;
+	_repeating = false;
+	_recording = false;
+	_repeatCursor = 0;
+	if (usable)
+	{
+		unsigned sizes[REPEAT_TABLES];
+		tableSizes(sizes);
+		usable = std::equal(sizes, sizes + REPEAT_TABLES, _repeatEndSizes);
+	}
+	if (!usable) clearRepeats();
 	Decoder::documentPreHeader(aReader, _literalBuffer);
 	if (_pDocumentHandler) _pDocumentHandler->setWriteXMLDeclaration(!_literalBuffer.empty());
+	// The flags that follow tell whether the header brings tables of its own.
+	unsigned char flags = 0;
+	const bool hasInitialVocabulary = !aReader.canRead(7) || !aReader.peek(flags, 7) || (flags & 0x20) != 0;
 	_externalVocabularies.beginDocument();
 	Decoder::OpenHeaderParts parts;
 	try
@@ -484,11 +504,209 @@ void FastInfosetParser::parseDocument(BitStreamReader& aReader)
 	}
 	_externalVocabularies.endHeader();
 	forgetTables();
+	beginRepeats(hasInitialVocabulary);
 	if (_pDocumentHandler) _pDocumentHandler->setDocumentVocabulary(_vocabulary);
 	parseDocumentChildren(aReader, parts);
 	if (_pContentHandler) _pContentHandler->startDocument();
 	parseElementChildren(aReader);
 	if (_pContentHandler) _pContentHandler->endDocument();
+	endRepeats();
+}
+
+
+//
+// Repeated literal names and declarations
+//
+
+
+namespace
+{
+	const unsigned RESET_SIZES[] = {2, 2, 1, 1, 1};
+		// The tables of a document without tables of its own: the built-in
+		// prefix and namespace name, and the placeholders.
+
+	template <class T>
+	void growTo(Vocabulary<T>& table, unsigned from, unsigned to)
+		/// Appends the table's spare entries, which hold what it held before,
+		/// from size from to size to, as the table's own operation would
+		/// have added them.
+	{
+		const std::type_info* pType = &typeid(table);
+		bool existed;
+		if (pType == &typeid(MapVocabulary<T>) || pType == &typeid(HashVocabulary<T>))
+		{
+			IndexedVocabulary<T>& indexed = static_cast<IndexedVocabulary<T>&>(table);
+			for (unsigned size = from; size < to; ++size) indexed.append(indexed.spare());
+		}
+		else if (pType == &typeid(VectorVocabulary<T>))
+		{
+			VectorVocabulary<T>& vector = static_cast<VectorVocabulary<T>&>(table);
+			for (unsigned size = from; size < to; ++size) vector.VectorVocabulary<T>::index(vector.spare(), existed);
+		}
+		else
+		{
+			for (unsigned size = from; size < to; ++size) table.index(table.spare(), existed);
+		}
+	}
+}
+
+
+void FastInfosetParser::tableSizes(unsigned sizes[REPEAT_TABLES]) const
+{
+	sizes[0] = _pTables[DocumentVocabulary::PREFIX]->size();
+	sizes[1] = _pTables[DocumentVocabulary::NAMESPACE_NAME]->size();
+	sizes[2] = _pTables[DocumentVocabulary::LOCAL_NAME]->size();
+	sizes[3] = _pNameTables[1]->size();
+	sizes[4] = _pNameTables[0]->size();
+}
+
+
+void FastInfosetParser::clearRepeats()
+{
+	_repeats.clear();
+	_repeatOctets.clear();
+	_repeatDeclarations.clear();
+}
+
+
+void FastInfosetParser::beginRepeats(bool hasInitialVocabulary)
+{
+	// A parser made for one message does not keep records that no document
+	// will repeat: records are kept from a parser's second document on.
+	if (!_parsedBefore)
+	{
+		_parsedBefore = true;
+		return;
+	}
+	// Only a document that starts from the built-in tables, as the one that
+	// made the records did, in the same tables, may repeat them.
+	unsigned sizes[REPEAT_TABLES];
+	tableSizes(sizes);
+	if (hasInitialVocabulary || !std::equal(sizes, sizes + REPEAT_TABLES, RESET_SIZES))
+	{
+		clearRepeats();
+		return;
+	}
+	const void* tables[REPEAT_TABLES] = {_pTables[DocumentVocabulary::PREFIX], _pTables[DocumentVocabulary::NAMESPACE_NAME],
+		_pTables[DocumentVocabulary::LOCAL_NAME], _pNameTables[1], _pNameTables[0]};
+	if (!std::equal(tables, tables + REPEAT_TABLES, _pRepeatTables) || _repeatQNames != _namespacePrefixes)
+	{
+		clearRepeats();
+		std::copy(tables, tables + REPEAT_TABLES, _pRepeatTables);
+		_repeatQNames = _namespacePrefixes;
+	}
+	_repeating = !_repeats.empty();
+	_recording = true;
+	_repeatable = true;
+}
+
+
+void FastInfosetParser::endRepeats()
+{
+	// Records this document did not repeat may name entries that it filled
+	// otherwise, past the ones it repeated.
+	// A document that broke off leaves none: what it filled is unknown.
+	if (_repeating) keepRepeats(_repeatCursor);
+	_repeatsUsable = _repeatable;
+	if (_repeatsUsable) tableSizes(_repeatEndSizes);
+}
+
+
+void FastInfosetParser::keepRepeats(std::size_t count)
+{
+	_repeats.resize(count);
+	_repeatOctets.resize(_repeats.empty() ? 0 : _repeats.back().offset + _repeats.back().length);
+	_repeatDeclarations.resize(_repeats.empty() ? 0 : _repeats.back().firstDeclaration + _repeats.back().declarations);
+}
+
+
+const FastInfosetParser::RepeatRecord* FastInfosetParser::repeated(RepeatKind kind, unsigned char head, const unsigned char* p, const unsigned char* pEnd)
+{
+	if (!_repeating) return nullptr;
+	if (_repeatCursor < _repeats.size())
+	{
+		const RepeatRecord& record = _repeats[_repeatCursor];
+		if (record.kind == kind && record.head == head && static_cast<std::size_t>(pEnd - p) >= record.length
+			&& sameOctets(reinterpret_cast<const char*>(p), _repeatOctets.data() + record.offset, record.length))
+		{
+			unsigned sizes[REPEAT_TABLES];
+			tableSizes(sizes);
+			if (std::equal(sizes, sizes + REPEAT_TABLES, record.sizesBefore)) return &record;
+		}
+	}
+	// From here on this document makes its own records.
+	_repeating = false;
+	keepRepeats(_repeatCursor);
+	return nullptr;
+}
+
+
+void FastInfosetParser::growTables(const RepeatRecord& record)
+{
+	++_repeatCursor;
+	// repeated() found the tables at the sizes before.
+	if (record.sizesAfter[0] != record.sizesBefore[0]) growTo(*_pTables[DocumentVocabulary::PREFIX], record.sizesBefore[0], record.sizesAfter[0]);
+	if (record.sizesAfter[1] != record.sizesBefore[1]) growTo(*_pTables[DocumentVocabulary::NAMESPACE_NAME], record.sizesBefore[1], record.sizesAfter[1]);
+	if (record.sizesAfter[2] != record.sizesBefore[2]) growTo(*_pTables[DocumentVocabulary::LOCAL_NAME], record.sizesBefore[2], record.sizesAfter[2]);
+	if (record.sizesAfter[3] != record.sizesBefore[3]) growTo(*_pNameTables[1], record.sizesBefore[3], record.sizesAfter[3]);
+	if (record.sizesAfter[4] != record.sizesBefore[4]) growTo(*_pNameTables[0], record.sizesBefore[4], record.sizesAfter[4]);
+}
+
+
+FastInfosetParser::RepeatRecord* FastInfosetParser::recordRepeat(RepeatKind kind, unsigned char head, const unsigned char* p, const unsigned char* pEnd, const unsigned sizesBefore[REPEAT_TABLES])
+{
+	if (!_recording || _repeating) return nullptr;
+	// Anything else that added to the tables since the last record breaks the chain.
+	const unsigned* pLast = _repeats.empty() ? RESET_SIZES : _repeats.back().sizesAfter;
+	RepeatRecord record;
+	tableSizes(record.sizesAfter);
+	bool full = false;
+	for (unsigned size: record.sizesAfter) full = full || size > Encoder::MAXINT20;
+	if (full || !std::equal(sizesBefore, sizesBefore + REPEAT_TABLES, pLast))
+	{
+		_recording = false;
+		return nullptr;
+	}
+	record.kind = kind;
+	record.head = head;
+	record.offset = _repeatOctets.size();
+	record.length = static_cast<std::size_t>(pEnd - p);
+	std::copy(sizesBefore, sizesBefore + REPEAT_TABLES, record.sizesBefore);
+	record.nameIndex = 0;
+	record.firstDeclaration = _repeatDeclarations.size();
+	record.declarations = 0;
+	_repeatOctets.append(reinterpret_cast<const char*>(p), record.length);
+	_repeats.push_back(record);
+	return &_repeats.back();
+}
+
+
+void FastInfosetParser::recordName(RepeatKind kind, unsigned char head, const unsigned char* p, const unsigned char* pEnd, const unsigned sizesBefore[REPEAT_TABLES], const ResolvedQualName& name, unsigned nameIndex)
+{
+	// A name that no table took is not repeated: its strings go with the document.
+	if (nameIndex == 0)
+	{
+		_recording = false;
+		return;
+	}
+	RepeatRecord* pRecord = recordRepeat(kind, head, p, pEnd, sizesBefore);
+	if (!pRecord) return;
+	pRecord->name = name;
+	pRecord->nameIndex = nameIndex;
+}
+
+
+void FastInfosetParser::rememberRepeatedName(const RepeatRecord& record, bool isElement)
+{
+	std::vector<ResolvedQualName>& names = isElement ? _elementNames : _attributeNames;
+	const unsigned index = record.nameIndex;
+	if (index == names.size())
+		names.push_back(record.name);
+	else
+	{
+		if (index > names.size()) names.resize(index + 1);
+		names[index] = record.name;
+	}
 }
 
 
@@ -742,8 +960,7 @@ FastInfosetParser::BufferedRead FastInfosetParser::readBufferedElement(BitStream
 		// to the general path; the name follows in the octet after their end.
 		if (!declarationsInPlace(p + 1, pEnd)) return BUFFERED_NONE;
 		++p;
-		while ((*p >> 4) != TERMINATOR) readBufferedDeclaration(p, pEnd);
-		++p;
+		readBufferedDeclarations(p, pEnd);
 	}
 
 	// The name from the third bit: an index, or 1111, the presence bits of
@@ -754,12 +971,7 @@ FastInfosetParser::BufferedRead FastInfosetParser::readBufferedElement(BitStream
 	bool named = false;
 	if ((*p & 0x3C) == 0x3C)
 	{
-		BufferedName literal;
-		literal.hasPrefix = (*p & 0x02) != 0;
-		literal.hasNamespace = (*p & 0x01) != 0;
-		++p;
-		named = readBufferedName(p, pEnd, literal);
-		if (named) nameIndex = addName(literal, true, name);
+		named = readLiteralElementName(p, pEnd, name, nameIndex);
 	}
 	else if (indexFromThirdBit(p, pEnd, nameIndex))
 	{
@@ -800,7 +1012,7 @@ FastInfosetParser::BufferedRead FastInfosetParser::readBufferedElement(BitStream
 			if (attribute.pName)
 				attributeName = *attribute.pName;
 			else
-				addName(attribute.literalName, false, attributeName);
+				addAttributeName(attribute, pAttribute, attributeName);
 			const std::string* pPrefix = _attributeQNames ? attributeName.pPrefix : nullptr;
 			if (attribute.pIndexed)
 				list.add(attributeName.pUri, attributeName.pLocalName, *attribute.pIndexed, pPrefix);
@@ -824,6 +1036,91 @@ FastInfosetParser::BufferedRead FastInfosetParser::readBufferedElement(BitStream
 }
 
 
+void FastInfosetParser::readBufferedDeclarations(const unsigned char*& p, const unsigned char* pEnd)
+{
+	// The declarations, which declarationsInPlace() checked, and the octet that ends them.
+	const unsigned char* const pDeclarations = p;
+	if (const RepeatRecord* pRepeat = _repeating ? repeated(REPEAT_DECLARATIONS, 0, p, pEnd) : nullptr)
+	{
+		growTables(*pRepeat);
+		for (std::size_t i = 0; i < pRepeat->declarations; ++i)
+		{
+			const std::pair<const std::string*, const std::string*>& declaration = _repeatDeclarations[pRepeat->firstDeclaration + i];
+			_prefixMappings.push_back(declaration.first);
+			if (_pContentHandler) _pContentHandler->startPrefixMapping(*declaration.first, *declaration.second);
+		}
+		p += pRepeat->length;
+	}
+	else
+	{
+		unsigned sizes[REPEAT_TABLES];
+		if (_recording) tableSizes(sizes);
+		const std::size_t firstDeclaration = _repeatDeclarations.size();
+		while ((*p >> 4) != TERMINATOR)
+		{
+			const std::string* pNamespaceName = nullptr;
+			readBufferedDeclaration(p, pEnd, pNamespaceName);
+			if (_recording) _repeatDeclarations.emplace_back(_prefixMappings.back(), pNamespaceName);
+		}
+		++p;
+		if (_recording)
+		{
+			RepeatRecord* pRecord = recordRepeat(REPEAT_DECLARATIONS, 0, pDeclarations, p, sizes);
+			if (pRecord)
+			{
+				pRecord->firstDeclaration = firstDeclaration;
+				pRecord->declarations = _repeatDeclarations.size() - firstDeclaration;
+			}
+			else
+				_repeatDeclarations.resize(firstDeclaration);
+		}
+	}
+}
+
+
+inline __attribute__((always_inline)) bool FastInfosetParser::readLiteralElementName(const unsigned char*& p, const unsigned char* pEnd, ResolvedQualName& name, unsigned& nameIndex)
+{
+	// 1111, the presence bits, then the strings from the next octet.
+	BufferedName literal;
+	const unsigned char head = *p & 0x03;
+	literal.hasPrefix = (head & 0x02) != 0;
+	literal.hasNamespace = (head & 0x01) != 0;
+	++p;
+	if (const RepeatRecord* pRepeat = _repeating ? repeated(REPEAT_ELEMENT_NAME, head, p, pEnd) : nullptr)
+	{
+		growTables(*pRepeat);
+		rememberRepeatedName(*pRepeat, true);
+		name = pRepeat->name;
+		nameIndex = pRepeat->nameIndex;
+		p += pRepeat->length;
+		return true;
+	}
+	const unsigned char* const pLiteral = p;
+	if (!readBufferedName(p, pEnd, literal)) return false;
+	unsigned sizes[REPEAT_TABLES];
+	if (_recording) tableSizes(sizes);
+	nameIndex = addName(literal, true, name);
+	if (_recording) recordName(REPEAT_ELEMENT_NAME, head, pLiteral, p, sizes, name, nameIndex);
+	return true;
+}
+
+
+inline __attribute__((always_inline)) void FastInfosetParser::addAttributeName(const BufferedAttribute& attribute, const unsigned char* pAttribute, ResolvedQualName& name)
+{
+	if (attribute.pRepeat)
+	{
+		growTables(*attribute.pRepeat);
+		rememberRepeatedName(*attribute.pRepeat, false);
+		name = attribute.pRepeat->name;
+		return;
+	}
+	unsigned sizes[REPEAT_TABLES];
+	if (_recording) tableSizes(sizes);
+	const unsigned index = addName(attribute.literalName, false, name);
+	if (_recording) recordName(REPEAT_ATTRIBUTE_NAME, *pAttribute & 0x03, pAttribute + 1, attribute.pNameEnd, sizes, name, index);
+}
+
+
 bool FastInfosetParser::readBufferedAttribute(const unsigned char*& p, const unsigned char* pEnd, BufferedAttribute& attribute)
 {
 	// '0', then the name from the second bit: an index, or 1111, a padding
@@ -831,10 +1128,17 @@ bool FastInfosetParser::readBufferedAttribute(const unsigned char*& p, const uns
 	attribute.pName = nullptr;
 	if ((*p & 0x78) == 0x78)
 	{
-		attribute.literalName.hasPrefix = (*p & 0x02) != 0;
-		attribute.literalName.hasNamespace = (*p & 0x01) != 0;
+		const unsigned char head = *p & 0x03;
+		attribute.literalName.hasPrefix = (head & 0x02) != 0;
+		attribute.literalName.hasNamespace = (head & 0x01) != 0;
 		++p;
-		if (!readBufferedName(p, pEnd, attribute.literalName)) return false;
+		// A repeated name enters its tables only once the whole attribute is read.
+		attribute.pRepeat = _repeating ? repeated(REPEAT_ATTRIBUTE_NAME, head, p, pEnd) : nullptr;
+		if (attribute.pRepeat)
+			p += attribute.pRepeat->length;
+		else if (!readBufferedName(p, pEnd, attribute.literalName))
+			return false;
+		attribute.pNameEnd = p;
 	}
 	else
 	{
@@ -1020,7 +1324,7 @@ void FastInfosetParser::forgetFilters()
 }
 
 
-inline unsigned FastInfosetParser::addLiteral(DocumentVocabulary::ID id, Vocabulary<std::string>& table, const std::string& value)
+inline __attribute__((always_inline)) unsigned FastInfosetParser::addLiteral(DocumentVocabulary::ID id, Vocabulary<std::string>& table, const std::string& value)
 {
 	return _pStringFilters[id - DocumentVocabulary::PREFIX].add(table, value);
 }
@@ -1056,7 +1360,7 @@ inline const FastInfosetParser::ResolvedQualName* FastInfosetParser::knownName(u
 }
 
 
-inline void FastInfosetParser::endElement()
+inline __attribute__((always_inline)) void FastInfosetParser::endElement()
 {
 	ResolvedQualName qualName = _openElements.back();
 	_openElements.pop_back();
@@ -1257,7 +1561,7 @@ bool FastInfosetParser::declarationsInPlace(const unsigned char* p, const unsign
 }
 
 
-void FastInfosetParser::readBufferedDeclaration(const unsigned char*& p, const unsigned char* pEnd)
+void FastInfosetParser::readBufferedDeclaration(const unsigned char*& p, const unsigned char* pEnd, const std::string*& pNamespaceNameOut)
 {
 	// As declareNamespace(), on a declaration that declarationsInPlace() has checked.
 	const unsigned char head = *p++;
@@ -1276,6 +1580,7 @@ void FastInfosetParser::readBufferedDeclaration(const unsigned char*& p, const u
 		pNamespaceName = &placeString(DocumentVocabulary::NAMESPACE_NAME, string, index);
 	}
 	_prefixMappings.push_back(pPrefix);
+	pNamespaceNameOut = pNamespaceName;
 	if (_pContentHandler) _pContentHandler->startPrefixMapping(*pPrefix, *pNamespaceName);
 }
 

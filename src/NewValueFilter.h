@@ -57,7 +57,7 @@ public:
 		_pTable = nullptr;
 	}
 
-	unsigned int add(Vocabulary<T>& table, const T& value)
+	inline __attribute__((always_inline)) unsigned int add(Vocabulary<T>& table, const T& value)
 		/// What table.index(value, existed) returns.
 	{
 		if (&table == _pTable)
@@ -70,7 +70,7 @@ public:
 			// The common case, inline: a new value, appended without a search.
 			if (holdsCovered())
 			{
-				const Korvo::UInt32 hash = _hash(value);
+				const Korvo::UInt32 hash = hashOf(value);
 				if (!mayHold(hash) && _covered < LIMIT)
 				{
 					_pIndexed->append(value);
@@ -99,7 +99,7 @@ private:
 			bool existed;
 			return table.index(value, existed);
 		}
-		const Korvo::UInt32 hash = _hash(value);
+		const Korvo::UInt32 hash = hashOf(value);
 		if (mayHold(hash))
 		{
 			bool existed;
@@ -113,6 +113,39 @@ private:
 		mark(hash);
 		if (_covered == LIMIT) _pIndexed = nullptr;
 		return _covered++;
+	}
+
+	static inline __attribute__((always_inline)) Korvo::UInt32 hashOf(const std::string& value)
+		/// The value index's hash; short strings, the usual names and values,
+		/// without a call.
+	{
+		using Hash = ValueHash<std::string>;
+		const std::size_t n = value.size();
+		if (n > 16) return Hash()(value);
+		const char* p = value.data();
+		Korvo::UInt64 a = 0;
+		Korvo::UInt64 b = 0;
+		if (n >= 8)
+		{
+			a = Hash::word8(p);
+			b = Hash::word8(p + n - 8);
+		}
+		else if (n >= 4)
+		{
+			a = Hash::word4(p);
+			b = Hash::word4(p + n - 4);
+		}
+		else if (n > 0)
+		{
+			const unsigned char* u = reinterpret_cast<const unsigned char*>(p);
+			a = (Korvo::UInt64(u[0]) << 16) | (Korvo::UInt64(u[n >> 1]) << 8) | u[n - 1];
+		}
+		return Hash::finish(Hash::mix(a ^ Hash::K1 ^ n, b ^ Hash::K2));
+	}
+
+	static Korvo::UInt32 hashOf(const QualifiedNameEntry& value)
+	{
+		return ValueHash<QualifiedNameEntry>()(value);
 	}
 
 	bool holdsCovered() const
@@ -139,7 +172,7 @@ private:
 		else
 			return;
 		for (Korvo::UInt64& word: _bits) word = 0;
-		for (unsigned int i = 0; i < _covered; ++i) mark(_hash(*table.lookup(i)));
+		for (unsigned int i = 0; i < _covered; ++i) mark(hashOf(*table.lookup(i)));
 	}
 
 	bool mayHold(Korvo::UInt32 hash) const

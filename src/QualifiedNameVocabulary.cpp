@@ -26,12 +26,4 @@ QualifiedNameEntry::QualifiedNameEntry():
 }
 
 
-QualifiedNameEntry::QualifiedNameEntry(unsigned int prefixId, unsigned int namespaceId, unsigned int localNameId):
-	_prefixId(prefixId),
-	_namespaceId(namespaceId),
-	_localNameId(localNameId)
-{
-}
-
-
 } } // namespace Korvo::FastInfoset

@@ -225,3 +225,74 @@ TEST(ParserTableKindsRepeatTest, ALiteralRepeatingATableValueIsFoundByIndexedTab
 		}
 	}
 }
+
+
+TEST(ParserTableKindsRepeatTest, AReusedParserReadsDocumentsThatRepeatTheLastOnesNamesAlike)
+{
+	// Documents that repeat the one before, in part or whole, or break off,
+	// or have a long name where the one before had a short one, or end with
+	// names that are not read in place (after a value in a restricted
+	// alphabet), through one parser: the events and tables of a parser made
+	// for each, with either setting of the qualified names.
+	struct Message
+	{
+		const char* prefix;
+		const char* attribute;
+		bool truncated;
+		bool longName;
+		bool numeric;
+	};
+	const Message messages[] = {{"p", "n", false, false, false}, {"p", "n", false, false, false}, {"p", "n", false, false, false},
+		{"p", "k", false, false, false}, {"p", "k", false, false, false}, {"p", "n", false, false, false}, {"q", "n", false, false, false},
+		{"p", "n", false, false, false}, {"p", "n", true, false, false}, {"p", "n", false, false, false}, {"p", "n", false, false, false},
+		{"p", "n", false, true, false}, {"p", "n", false, false, false}, {"p", "k", false, false, true}, {"p", "n", false, false, false}};
+	for (DV::VocabularyImpl impl: {DV::VOC_MAP, DV::VOC_HASH, DV::VOC_VECTOR})
+	{
+		FastInfosetParser reused(impl);
+		for (std::size_t i = 0; i < sizeof(messages)/sizeof(messages[0]); ++i)
+		{
+			SCOPED_TRACE(i);
+			const Message& message = messages[i];
+			const std::string prefix = message.prefix;
+			std::ostringstream out;
+			FastInfosetWriter writer(out, false, DV::VOC_MAP);
+			writer.setShortestLiterals(message.numeric);
+			Korvo::XML::AttributesImpl attributes;
+			attributes.addAttribute("", "id", "id", "", message.numeric ? "12345678" : "7");
+			attributes.addAttribute("urn:a", message.attribute, prefix + ":" + message.attribute, "", "v");
+			const Korvo::XML::AttributesImpl none;
+			writer.startDocument();
+			writer.startPrefixMapping(prefix, "urn:a");
+			writer.startElement("urn:a", "m", prefix + ":m", none);
+			const std::string x = message.longName ? std::string(100, 'x') : std::string("x");
+			writer.emptyElement("urn:a", x, prefix + ":" + x, attributes);
+			if (!message.numeric) writer.emptyElement("", "y", "y", attributes);
+			writer.endElement("urn:a", "m", prefix + ":m");
+			writer.endPrefixMapping(prefix);
+			writer.endDocument();
+			std::string fis = out.str();
+			if (message.truncated) fis.resize(fis.size() - 4);
+
+			const bool prefixes = i != 7;
+			Korvo::FastInfoset::Test::PlainSaxRecorder expected;
+			FastInfosetParser made(impl);
+			made.setFeature(Korvo::XML::XMLReader::FEATURE_NAMESPACE_PREFIXES, prefixes);
+			made.setContentHandler(&expected);
+			Korvo::FastInfoset::Test::PlainSaxRecorder recorder;
+			reused.setFeature(Korvo::XML::XMLReader::FEATURE_NAMESPACE_PREFIXES, prefixes);
+			reused.setContentHandler(&recorder);
+			if (message.truncated)
+			{
+				EXPECT_THROW(made.parseMemoryNP(fis.data(), fis.size()), Korvo::Exception);
+				EXPECT_THROW(reused.parseMemoryNP(fis.data(), fis.size()), Korvo::Exception);
+			}
+			else
+			{
+				made.parseMemoryNP(fis.data(), fis.size());
+				reused.parseMemoryNP(fis.data(), fis.size());
+			}
+			EXPECT_EQ(expected.events(), recorder.events());
+			expectSameVocabulary(made.vocabulary(), reused.vocabulary());
+		}
+	}
+}

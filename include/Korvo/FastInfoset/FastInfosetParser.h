@@ -32,6 +32,7 @@
 #include <list>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 
@@ -324,12 +325,19 @@ private:
 		BufferedString localName;
 	};
 
+	struct RepeatRecord;
+
 	struct BufferedAttribute
 		/// An attribute read in place: its name, known (pName not null) or
 		/// literal, and either an indexed value or the octets of a literal one.
 	{
 		const ResolvedQualName* pName;
 		BufferedName literalName;
+		const unsigned char* pNameEnd;
+			/// Where a literal name ends.
+		const RepeatRecord* pRepeat;
+			/// The record of a literal name that repeats the last document's;
+			/// set for literal names only.
 		const std::string* pIndexed;
 		const char* pText;
 		std::size_t length;
@@ -361,7 +369,14 @@ private:
 	bool declarationsInPlace(const unsigned char* p, const unsigned char* pEnd);
 		/// Whether the namespace declarations at p, and the octet after
 		/// them, lie whole before pEnd.
-	void readBufferedDeclaration(const unsigned char*& p, const unsigned char* pEnd);
+	void readBufferedDeclaration(const unsigned char*& p, const unsigned char* pEnd, const std::string*& pNamespaceName);
+	void readBufferedDeclarations(const unsigned char*& p, const unsigned char* pEnd);
+		/// Reads and reports the declarations that declarationsInPlace() checked.
+	bool readLiteralElementName(const unsigned char*& p, const unsigned char* pEnd, ResolvedQualName& name, unsigned& nameIndex);
+		/// Reads a literal element name from its 1111 octet, or returns false
+		/// when it needs the general path.
+	void addAttributeName(const BufferedAttribute& attribute, const unsigned char* pAttribute, ResolvedQualName& name);
+		/// Enters the literal name of an attribute read in place.
 		/// Makes and reports the declaration at p, which declarationsInPlace() checked.
 	const std::string& placeString(DocumentVocabulary::ID id, const BufferedString& string, unsigned& index);
 		/// addString() for a string whose index was not checked.
@@ -395,6 +410,67 @@ private:
 	void forgetFilters();
 	const ResolvedQualName* knownName(unsigned index, bool isElement);
 		/// The resolved name at index, or null past the end of its table.
+
+	// Literal names and namespace declarations that repeat the last document's
+	//
+	// A parser that reads one kind of message after another finds the same
+	// literal names, in the same order, document after document. It keeps
+	// the octets of each literal name (and each block of namespace
+	// declarations) of the last document with what it did to the name
+	// tables; when the next document starts from the same tables and has
+	// the same octets at the same point, the tables are only grown back to
+	// where they were (their spare entries still hold those strings), and
+	// the resolved names are taken as they were.
+
+	enum RepeatKind
+	{
+		REPEAT_ELEMENT_NAME,
+		REPEAT_ATTRIBUTE_NAME,
+		REPEAT_DECLARATIONS
+	};
+
+	enum
+	{
+		REPEAT_TABLES = 5
+			/// Prefixes, namespace names, local names, element and attribute names.
+	};
+
+	struct RepeatRecord
+	{
+		RepeatKind kind;
+		unsigned char head;
+			/// The presence bits of a name.
+		std::size_t offset;
+		std::size_t length;
+			/// The octets, in _repeatOctets.
+		unsigned sizesBefore[REPEAT_TABLES];
+		unsigned sizesAfter[REPEAT_TABLES];
+		ResolvedQualName name;
+		unsigned nameIndex;
+		std::size_t firstDeclaration;
+		std::size_t declarations;
+			/// Prefix and namespace name of each declaration, in _repeatDeclarations.
+	};
+
+	void beginRepeats(bool hasInitialVocabulary);
+		/// Decides, once the header is read, whether this document may repeat
+		/// the last one's records, and whether its own are kept.
+	void endRepeats();
+	void tableSizes(unsigned sizes[REPEAT_TABLES]) const;
+	const RepeatRecord* repeated(RepeatKind kind, unsigned char head, const unsigned char* p, const unsigned char* pEnd);
+		/// The record the last document had at this point, if it holds the
+		/// octets at p and the tables stand as they did.
+		/// Stops repeating otherwise.
+	void growTables(const RepeatRecord& record);
+		/// Grows the tables as they grew when the record was made.
+	RepeatRecord* recordRepeat(RepeatKind kind, unsigned char head, const unsigned char* p, const unsigned char* pEnd, const unsigned sizesBefore[REPEAT_TABLES]);
+		/// Keeps what was just read from p to pEnd, unless the tables changed
+		/// otherwise since the last record.
+	void clearRepeats();
+	void keepRepeats(std::size_t count);
+		/// Drops the records from count on.
+	void recordName(RepeatKind kind, unsigned char head, const unsigned char* p, const unsigned char* pEnd, const unsigned sizesBefore[REPEAT_TABLES], const ResolvedQualName& name, unsigned nameIndex);
+	void rememberRepeatedName(const RepeatRecord& record, bool isElement);
 
 	Korvo::XML::EntityResolver*  _pEntityResolver;
 	Korvo::XML::DTDHandler*      _pDTDHandler;
@@ -450,6 +526,26 @@ private:
 		/// By table, from PREFIX on; made for the first document.
 	std::unique_ptr<NewValueFilter<QualifiedNameEntry>[]> _pNameFilters;
 		/// Element names, then attribute names.
+	std::vector<RepeatRecord>    _repeats;
+	std::string                  _repeatOctets;
+	std::vector<std::pair<const std::string*, const std::string*>> _repeatDeclarations;
+	std::size_t                  _repeatCursor = 0;
+		/// The next record to repeat.
+	bool                         _repeating = false;
+		/// This document has repeated every record so far.
+	bool                         _recording = false;
+		/// This document's records are kept.
+	bool                         _repeatsUsable = false;
+		/// The records are complete: the document that made them ended.
+	bool                         _repeatable = false;
+		/// This document began with tables that records may be repeated on.
+	bool                         _repeatQNames = true;
+		/// The namespace-prefixes feature when the records were made.
+	bool                         _parsedBefore = false;
+		/// Whether a document began here before.
+	const void*                  _pRepeatTables[REPEAT_TABLES] = {};
+	unsigned                     _repeatEndSizes[REPEAT_TABLES] = {};
+		/// The tables of the records, and their sizes when the document ended.
 };
 
 

@@ -53,6 +53,14 @@ private:
 //
 // inlines
 //
+inline QualifiedNameEntry::QualifiedNameEntry(unsigned int prefixId, unsigned int namespaceId, unsigned int localNameId):
+	_prefixId(prefixId),
+	_namespaceId(namespaceId),
+	_localNameId(localNameId)
+{
+}
+
+
 inline unsigned int QualifiedNameEntry::prefixId() const
 {
 	return _prefixId;
