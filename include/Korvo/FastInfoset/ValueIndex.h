@@ -256,7 +256,8 @@ public:
 	};
 
 	ValueIndex():
-		_count(0)
+		_count(0),
+		_keyed(false)
 	{
 	}
 
@@ -282,6 +283,8 @@ public:
 		/// no stored string is read.
 	{
 		if (_count != values.size() || _slots.empty()) sync(values);
+		if constexpr (HAS_KEYS)
+			if (_keys.size() != _count) catchUpKeys(values);
 		return locate(hash, [this, &value](Korvo::UInt32 index) { return _keys[index] == value; });
 	}
 
@@ -290,17 +293,26 @@ public:
 		/// find) under its index. Nothing may have changed in between.
 	{
 		poco_assert_dbg (!probe.found() && _count + 1 == values.size());
+		// Until a look-up by key asks for keys (a parser never does), they
+		// wait.
+		enterNew(values, probe);
 		if constexpr (HAS_KEYS)
-			enterNew(values, probe, keyOf(*values.get(_count)));
-		else
-			enterNew(values, probe, ShortValue());
+			if (_keyed && _keys.size() + 1 == _count) _keys.push_back(keyOf(*values.get(_count - 1)));
 	}
 
 	void insert(const VerbTable<T>& values, const Probe& probe, const ShortValue& value)
 		/// insert() for the short string value.
 	{
 		poco_assert_dbg (!probe.found() && _count + 1 == values.size());
-		enterNew(values, probe, value);
+		if constexpr (HAS_KEYS)
+		{
+			_keyed = true;
+			if (_keys.size() != _count) catchUpKeys(values);
+		}
+		enterNew(values, probe);
+		// Refused, the key is made again when asked.
+		if constexpr (HAS_KEYS) _keys.push_back(value);
+		else (void) value;
 	}
 
 	void truncate(const VerbTable<T>& values, unsigned int size)
@@ -322,7 +334,7 @@ public:
 			}
 			std::fill(_slots.begin(), _slots.end(), Korvo::UInt64(EMPTY));
 			_hashes.resize(size);
-			if constexpr (HAS_KEYS) _keys.resize(size);
+			if constexpr (HAS_KEYS) dropKeysFrom(size);
 			_count = size;
 			for (unsigned int i = 0; i < size; ++i) enter(values, i);
 			return;
@@ -344,7 +356,7 @@ public:
 			}
 		}
 		_hashes.resize(_count);
-		if constexpr (HAS_KEYS) _keys.resize(_count);
+		if constexpr (HAS_KEYS) dropKeysFrom(_count);
 	}
 
 private:
@@ -361,22 +373,21 @@ private:
 		return ShortValue(value.data(), value.size());
 	}
 
-	void enterNew(const VerbTable<T>& values, const Probe& probe, const ShortValue& key)
+	void __attribute__((noinline)) catchUpKeys(const VerbTable<T>& values)
+		/// Keys for the indexed values that have none yet.
+	{
+		_keyed = true;
+		while (_keys.size() < _count) _keys.push_back(keyOf(*values.get(static_cast<unsigned int>(_keys.size()))));
+	}
+
+	void dropKeysFrom(unsigned int size)
+	{
+		if (_keys.size() > size) _keys.resize(size);
+	}
+
+	void enterNew(const VerbTable<T>& values, const Probe& probe)
 	{
 		_hashes.push_back(probe._hash);
-		if constexpr (HAS_KEYS)
-		{
-			try
-			{
-				_keys.push_back(key);
-			}
-			catch (...)
-			{
-				_hashes.pop_back();
-				throw;
-			}
-		}
-		else (void) key;
 		_slots[probe._slot] = slotValue(probe._hash, _count);
 		++_count;
 		if (2*_count > _slots.size()) rebuild(values, 2*_slots.size());
@@ -461,14 +472,7 @@ private:
 		if (_slots.empty()) _slots.assign(MIN_SLOTS, Korvo::UInt64(EMPTY));
 		while (_count < values.size())
 		{
-			const T& value = *values.get(_count);
-			if constexpr (HAS_KEYS)
-			{
-				// A key without its hash would shift every later one.
-				_keys.resize(_count);
-				_keys.push_back(keyOf(value));
-			}
-			_hashes.push_back(_hash(value));
+			_hashes.push_back(_hash(*values.get(_count)));
 			enter(values, _count++);
 			if (2*_count > _slots.size()) rebuild(values, 2*_slots.size());
 		}
@@ -503,9 +507,13 @@ private:
 	std::vector<Korvo::UInt32> _hashes;
 		/// The hash of each value below _count, by index.
 	std::vector<ShortValue>    _keys;
-		/// The key of each string below _count, by index; empty for other values.
+		/// The key of each string from index 0, as far as look-ups by key
+		/// have needed them (never past _count); empty for other values.
 	unsigned int               _count;
 		/// The values from index 0 below _count are indexed.
+	bool                       _keyed;
+		/// Whether values have been looked up by key: keys are then made as
+		/// values come.
 	ValueHash<T>               _hash;
 };
 
