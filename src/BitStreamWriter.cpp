@@ -34,6 +34,7 @@ namespace
 
 BitStreamWriter::BitStreamWriter(std::ostream& str, bool paddingBit):
 	_pStream(&str),
+	_pIos(&str),
 	_paddingBit(paddingBit),
 	_cachedBits(0)
 {
@@ -66,21 +67,18 @@ void BitStreamWriter::appendOctets(Korvo::UInt64 value, int numOfBits)
 {
 	// The pending bits and the new ones in one word, most significant
 	// first; the whole octets of it go to the stream, the rest stays.
-	// Most calls finish one octet, which a plain buffer takes at once.
+	// A plain buffer with room takes them straight into its memory.
 	const int total = _cachedBits + numOfBits;
 	const Korvo::UInt64 word = (Korvo::UInt64(_cache[0]) << 56) | ((value << (64 - numOfBits)) >> _cachedBits);
 	const int octets = total >> 3;
-	std::streambuf* pBuffer = plainBuffer();
-	if (octets == 1 && pBuffer)
+	std::streambuf* pBuffer;
+	if (char* p = room(pBuffer, static_cast<std::size_t>(octets)))
 	{
-		if (!std::streambuf::traits_type::eq_int_type(pBuffer->sputc(static_cast<char>(word >> 56)), std::streambuf::traits_type::eof()))
-		{
-			_cache[0] = static_cast<unsigned char>(word >> 48);
-			_cachedBits = total & 7;
-			return;
-		}
-		// Refused: the stream reports why.
-		pBuffer = nullptr;
+		for (int i = 0; i < octets; ++i) p[i] = static_cast<char>(word >> (56 - 8*i));
+		PutArea::bump(*pBuffer, octets);
+		_cache[0] = static_cast<unsigned char>(word >> (56 - 8*octets));
+		_cachedBits = total & 7;
+		return;
 	}
 	passWord(pBuffer, word, total);
 }
@@ -158,15 +156,32 @@ void BitStreamWriter::write(Korvo::UInt64 value, int numOfBits, const char* str,
 {
 	poco_assert (numOfBits >= 1 && numOfBits <= MAX_APPEND);
 	const int total = _cachedBits + numOfBits;
-	if ((total & 7) != 0 || numBytes > JOINED_WRITE || !str)
+	if ((total & 7) != 0 || !str)
 	{
 		appendBits(value, numOfBits);
 		if (str) writeOctets(str, numBytes);
 		return;
 	}
-	char octets[MAX_APPEND / 8 + 1 + JOINED_WRITE];
 	const Korvo::UInt64 word = (Korvo::UInt64(_cache[0]) << 56) | ((value << (64 - numOfBits)) >> _cachedBits);
 	const int fieldOctets = total >> 3;
+	std::streambuf* pBuffer;
+	char* p = numBytes <= DIRECT_WRITE ? room(pBuffer, fieldOctets + numBytes) : nullptr;
+	if (p)
+	{
+		for (int i = 0; i < fieldOctets; ++i) p[i] = static_cast<char>(word >> (56 - 8*i));
+		copyOctets(p + fieldOctets, str, numBytes);
+		PutArea::bump(*pBuffer, fieldOctets + static_cast<int>(numBytes));
+		_cache[0] = 0;
+		_cachedBits = 0;
+		return;
+	}
+	if (numBytes > JOINED_WRITE)
+	{
+		appendBits(value, numOfBits);
+		writeOctets(str, numBytes);
+		return;
+	}
+	char octets[MAX_APPEND / 8 + 1 + JOINED_WRITE];
 	for (int i = 0; i < fieldOctets; ++i) octets[i] = static_cast<char>(word >> (56 - 8*i));
 	std::memcpy(octets + fieldOctets, str, numBytes);
 	writeToStream(octets, fieldOctets + static_cast<int>(numBytes));

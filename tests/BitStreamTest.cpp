@@ -87,6 +87,37 @@ unsigned long long read(BitStreamReader& r, const Item& item)
 }
 
 
+class NarrowBuffer: public std::streambuf
+	/// A put area of 5 octets, emptied into data when full.
+{
+public:
+	NarrowBuffer()
+	{
+		setp(_area, _area + sizeof(_area));
+	}
+
+	std::string data;
+
+protected:
+	int_type overflow(int_type c) override
+	{
+		sync();
+		if (!traits_type::eq_int_type(c, traits_type::eof())) sputc(traits_type::to_char_type(c));
+		return traits_type::not_eof(c);
+	}
+
+	int sync() override
+	{
+		data.append(pbase(), pptr());
+		setp(_area, _area + sizeof(_area));
+		return 0;
+	}
+
+private:
+	char _area[5];
+};
+
+
 } // namespace
 
 
@@ -187,13 +218,27 @@ TEST(BitStreamTest, RandomFieldsAndStringsRoundTrip)
 		if (item.width == 0) item.octets = pattern(random() % 3000 + 1);
 		expectedBits += item.width ? bin(item.value, item.width) : toBits(item.octets);
 	}
-	std::ostringstream out;
+	// Into a buffer with room, one whose put area takes 5 octets at a time,
+	// and one over older content that the writer must leave past its octets.
+	const std::string older((expectedBits.size() + 7)/8 + 100, '~');
+	std::string data;
+	for (int sink = 0; sink < 3; ++sink)
 	{
-		BitStreamWriter writer(out, false);
-		for (const Item& item: items) write(writer, item);
+		std::ostringstream out(sink == 2 ? older : std::string());
+		NarrowBuffer narrow;
+		std::ostream narrowOut(&narrow);
+		{
+			BitStreamWriter writer(sink == 1 ? narrowOut : out, false);
+			for (const Item& item: items) write(writer, item);
+		}
+		data = sink == 1 ? narrow.data : out.str();
+		if (sink == 2)
+		{
+			ASSERT_EQ(older.substr(data.size() - 100), data.substr(data.size() - 100)) << "octets past the end";
+			data.resize(data.size() - 100);
+		}
+		ASSERT_TRUE(fromBits(expectedBits) == data) << "sink " << sink;
 	}
-	const std::string data = out.str();
-	ASSERT_TRUE(fromBits(expectedBits) == data);
 
 	std::istringstream in(data);
 	BitStreamReader streamReader(in);

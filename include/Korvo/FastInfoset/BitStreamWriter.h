@@ -20,6 +20,7 @@
 #include "Korvo/FastInfoset/FastInfoset.h"
 #include "Korvo/FastInfoset/Utility.h"
 #include <cstddef>
+#include <cstring>
 #include <ios>
 #include <streambuf>
 #include <ostream>
@@ -112,11 +113,38 @@ private:
 	void writeOctets(const char* str, std::size_t numBytes);
 	void writeUnalignedOctets(const char* str, std::size_t numBytes);
 	std::streambuf* plainBuffer() const;
+	char* room(std::streambuf*& pBuffer, std::size_t count) const;
+		/// Where count octets can go straight into the memory of a plain
+		/// buffer (pBuffer, null when the stream is not plain), or null
+		/// when its put area has no room for them.
+	static void copyOctets(char* dest, const char* src, std::size_t count);
 	void writeToStream(const char* buffer, int length);
 	void writeToStreamSlow(const char* buffer, int length);
 	static bool checkInputParams(int size, int& numOfBits);
 	unsigned char& curByte();
 	int curBitOffsetInByte() const;
+
+	class PutArea: public std::streambuf
+		/// Reaches the put area of any stream buffer, whose pointers are
+		/// protected: octets that fit are stored there as sputc() and
+		/// sputn() would store them, without a call per octet.
+	{
+	public:
+		static char* next(std::streambuf& buffer)
+		{
+			return (buffer.*&PutArea::pptr)();
+		}
+
+		static char* end(std::streambuf& buffer)
+		{
+			return (buffer.*&PutArea::epptr)();
+		}
+
+		static void bump(std::streambuf& buffer, int count)
+		{
+			(buffer.*&PutArea::pbump)(count);
+		}
+	};
 
 	enum
 	{
@@ -124,11 +152,15 @@ private:
 		MAX_APPEND = 56,
 		SHORT_WRITE = 8,
 			/// Octets passed one at a time into the stream buffer.
-		JOINED_WRITE = 64
-			/// Longest string written together with its field.
+		JOINED_WRITE = 64,
+			/// Longest string written together with its field through the stream.
+		DIRECT_WRITE = 0x3FFFFFFF
+			/// Longest string stored straight into the put area.
 	};
 
 	std::ostream* _pStream;
+	std::ios*     _pIos;
+		/// The stream's state and buffer, reached without the virtual base's offset.
 	bool          _paddingBit;
 	int           _cachedBits;
 		/// Pending bits, 0 to 7 between calls, in the high bits of _cache[0].
@@ -168,14 +200,61 @@ inline std::streambuf* BitStreamWriter::plainBuffer() const
 	// A stream that is good, tied to nothing and not unit-buffered can take
 	// octets straight into its buffer; ostream::write would build a sentry
 	// and make a virtual call for each of them.
-	std::streambuf* pBuffer = _pStream->rdbuf();
-	return pBuffer && _pStream->rdstate() == std::ios_base::goodbit && !_pStream->tie() && !(_pStream->flags() & std::ios_base::unitbuf) ? pBuffer : nullptr;
+	std::streambuf* pBuffer = _pIos->rdbuf();
+	return pBuffer && _pIos->rdstate() == std::ios_base::goodbit && !_pIos->tie() && !(_pIos->flags() & std::ios_base::unitbuf) ? pBuffer : nullptr;
+}
+
+
+inline char* BitStreamWriter::room(std::streambuf*& pBuffer, std::size_t count) const
+{
+	pBuffer = plainBuffer();
+	if (!pBuffer) return nullptr;
+	char* p = PutArea::next(*pBuffer);
+	return static_cast<std::size_t>(PutArea::end(*pBuffer) - p) >= count ? p : nullptr;
+}
+
+
+inline void BitStreamWriter::copyOctets(char* dest, const char* src, std::size_t count)
+{
+	// Short strings, the usual ones, as two words that may overlap, never
+	// touching an octet beyond dest + count: a buffer may show what lies there.
+	if (count > 16)
+	{
+		std::memcpy(dest, src, count);
+	}
+	else if (count >= 8)
+	{
+		Korvo::UInt64 a, b;
+		std::memcpy(&a, src, 8);
+		std::memcpy(&b, src + count - 8, 8);
+		std::memcpy(dest, &a, 8);
+		std::memcpy(dest + count - 8, &b, 8);
+	}
+	else if (count >= 4)
+	{
+		Korvo::UInt32 a, b;
+		std::memcpy(&a, src, 4);
+		std::memcpy(&b, src + count - 4, 4);
+		std::memcpy(dest, &a, 4);
+		std::memcpy(dest + count - 4, &b, 4);
+	}
+	else
+	{
+		for (std::size_t i = 0; i < count; ++i) dest[i] = src[i];
+	}
 }
 
 
 inline void BitStreamWriter::writeToStream(const char* buffer, int length)
 {
-	if (std::streambuf* pBuffer = plainBuffer())
+	std::streambuf* pBuffer;
+	if (char* p = room(pBuffer, static_cast<std::size_t>(length)))
+	{
+		copyOctets(p, buffer, static_cast<std::size_t>(length));
+		PutArea::bump(*pBuffer, length);
+		return;
+	}
+	if (pBuffer)
 	{
 		// What ostream::write would do for such a stream, without its sentry.
 		int i = 0;
