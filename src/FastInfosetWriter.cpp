@@ -318,6 +318,7 @@ void FastInfosetWriter::findTables()
 	// are asked through their virtual functions.
 	for (unsigned int id = DocumentVocabulary::PREFIX; id <= DocumentVocabulary::CHARACTER_CONTENT_CHUNK; ++id)
 		_pIndexedTables[id] = indexedTable(_vocabulary.vocabulary(DocumentVocabulary::ID(id)));
+	std::fill(std::begin(_indentIndices), std::end(_indentIndices), 0u);
 	_pIndexedNames[0] = indexedTable(&getQNameVocabulary(false));
 	_pIndexedNames[1] = indexedTable(&getQNameVocabulary(true));
 	_bindingIndices = _pIndexedTables[DocumentVocabulary::PREFIX] && _pIndexedTables[DocumentVocabulary::NAMESPACE_NAME];
@@ -327,6 +328,8 @@ void FastInfosetWriter::findTables()
 DocumentVocabulary& FastInfosetWriter::getDocumentVocabulary()
 {
 	_vocabularyFresh = false;
+	// The caller may change the tables.
+	std::fill(std::begin(_indentIndices), std::end(_indentIndices), 0u);
 	return _vocabulary;
 }
 
@@ -1177,6 +1180,15 @@ void FastInfosetWriter::characters(const XMLChar ch[], int start, int length)
 	// need not be terminated, is never read past the range.
 	if (start == 0 && length == 0) return;
 	poco_check_ptr (ch);
+	if (start == 0 && length > 0 && static_cast<unsigned char>(ch[0]) <= ' ')
+	{
+		const int slot = indentSlot(ch, static_cast<std::size_t>(length));
+		if (slot >= 0)
+		{
+			writeIndent(std::string_view(ch, static_cast<std::size_t>(length)), slot);
+			return;
+		}
+	}
 	if (start == 0 && length > 0 && length <= ShortValue::MAX_SIZE)
 	{
 		// Short text, the usual case: the words that key it show a NUL too,
@@ -1225,7 +1237,7 @@ void FastInfosetWriter::writeCharacters(std::string_view text)
 }
 
 
-inline __attribute__((always_inline)) void FastInfosetWriter::writeChunk(std::string_view text, const ShortValue* pKey)
+inline __attribute__((always_inline)) unsigned int FastInfosetWriter::writeChunk(std::string_view text, const ShortValue* pKey)
 {
 	if (_states.back() != IN_ELEMENT) requireElementContent();
 	if (!_encodings.empty()) handleEncodedData();
@@ -1233,9 +1245,77 @@ inline __attribute__((always_inline)) void FastInfosetWriter::writeChunk(std::st
 	const int pos = _writer.bitPos();
 	const int leadBits = pos == 0 ? 2 : 10 - pos;
 	if (pKey)
-		writeShortValue(text, *pKey, DocumentVocabulary::CHARACTER_CONTENT_CHUNK, CHARACTER_CHUNK, leadBits);
+		return writeShortValue(text, *pKey, DocumentVocabulary::CHARACTER_CONTENT_CHUNK, CHARACTER_CHUNK, leadBits);
 	else
-		writeValueOrIndex(text, DocumentVocabulary::CHARACTER_CONTENT_CHUNK, CHARACTER_CHUNK, leadBits);
+		return writeValueOrIndex(text, DocumentVocabulary::CHARACTER_CONTENT_CHUNK, CHARACTER_CHUNK, leadBits);
+}
+
+
+int FastInfosetWriter::indentSlot(const XMLChar* ch, std::size_t length)
+{
+	// A SAX parser reports the line break and the spaces after it apart or
+	// together; each shape has its group of slots.
+	std::size_t group = 0;
+	if (ch[0] == '\n')
+	{
+		if (length == 1) return 2*MAX_INDENT;
+		++ch;
+		--length;
+		group = 2;
+	}
+	if (length >= MAX_INDENT) return -1;
+	const XMLChar c = ch[0];
+	if (c == '\t') ++group;
+	else if (c != ' ') return -1;
+	// The rest compared with c in words, the last one overlapping.
+	if (length >= 8)
+	{
+		const Korvo::UInt64 spread = 0x0101010101010101ull*static_cast<unsigned char>(c);
+		for (std::size_t i = 0; i + 8 < length; i += 8)
+		{
+			if (ValueHash<std::string>::word8(ch + i) != spread) return -1;
+		}
+		if (ValueHash<std::string>::word8(ch + length - 8) != spread) return -1;
+	}
+	else if (length >= 4)
+	{
+		const Korvo::UInt32 spread = 0x01010101u*static_cast<unsigned char>(c);
+		if (ValueHash<std::string>::word4(ch) != spread || ValueHash<std::string>::word4(ch + length - 4) != spread) return -1;
+	}
+	else
+	{
+		for (std::size_t i = 1; i < length; ++i)
+		{
+			if (ch[i] != c) return -1;
+		}
+	}
+	return static_cast<int>(group*MAX_INDENT + length);
+}
+
+
+void FastInfosetWriter::writeIndent(std::string_view text, int slot)
+{
+	// What writeShortValue() writes for a value it finds: chunks start at
+	// bit 2 once their lead bits are out.
+	const unsigned int idx = _indentIndices[slot];
+	unsigned int field;
+	int bits;
+	if (idx != 0 && _states.back() == IN_ELEMENT && _encodings.empty() && !_pIndexingPolicy && !_pPacker && isIndexable(text.size()) && referenceField(2, idx, field, bits))
+	{
+		const int pos = _writer.bitPos();
+		const int leadBits = pos == 0 ? 2 : 10 - pos;
+		_writer.write(static_cast<int>((CHARACTER_CHUNK << bits) | field), leadBits + bits);
+		return;
+	}
+	unsigned int written;
+	if (text.size() <= ShortValue::MAX_SIZE)
+	{
+		const ShortValue key(text.data(), text.size());
+		written = writeChunk(text, &key);
+	}
+	else written = writeChunk(text, nullptr);
+	// Only a table that finds values gives the index an equal text gets.
+	if (_pIndexedTables[DocumentVocabulary::CHARACTER_CONTENT_CHUNK]) _indentIndices[slot] = written;
 }
 
 
@@ -1388,14 +1468,11 @@ void FastInfosetWriter::writeAttributeValue(const XMLString& value)
 }
 
 
-void FastInfosetWriter::writeShortValue(std::string_view str, const ShortValue& key, DocumentVocabulary::ID voc, unsigned int lead, int leadBits)
+unsigned int FastInfosetWriter::writeShortValue(std::string_view str, const ShortValue& key, DocumentVocabulary::ID voc, unsigned int lead, int leadBits)
 {
 	IndexedVocabulary<std::string>* pTable = _pIndexedTables[voc];
 	if (!pTable || !isIndexable(str.size()) || isFull(*pTable) || _pIndexingPolicy || _pPacker)
-	{
-		writeValueOrIndex(str, voc, lead, leadBits);
-		return;
-	}
+		return writeValueOrIndex(str, voc, lead, leadBits);
 	const int pos = (_writer.bitPos() + leadBits) & 7;
 	if (pos != 0 && pos != 2) throw FISEncodingException("Illegal startposition for a NonIdentifyingStringOrIndex value");
 	bool exists;
@@ -1413,9 +1490,10 @@ void FastInfosetWriter::writeShortValue(std::string_view str, const ShortValue& 
 			if (leadBits) _writer.write(lead, leadBits);
 			Encoder::indexReference(_writer, idx);
 		}
-		return;
+		return idx;
 	}
 	writeLiteral(str, pos, true, lead, leadBits);
+	return idx;
 }
 
 

@@ -255,3 +255,55 @@ TEST(WriterContentTest, CharacterDataOnlyInsideTheDocument)
 	writer.endDocument();
 	EXPECT_EQ(golden(HEADER + "C4 F0 E2 40 63 90 78 F0"), hex(out.str()));
 }
+
+
+TEST(WriterContentTest, IndentationRepeatedTakesTheBytesOfOtherText)
+{
+	// Indentation written again is a reference the writer remembers; given
+	// as strings, the same texts take the general way. After each change
+	// that alters how they are written, both ways must still agree.
+	const std::string texts[] = {"\n", "  ", "\n  ", "\t\t", "\n\t", " ", std::string(31, ' '), std::string(32, ' '),
+		"\n" + std::string(31, '\t'), " \t", "\n\n", "x"};
+	const struct
+	{
+		const char* name;
+		std::function<void(FastInfosetWriter&)> change;
+		std::function<void(FastInfosetWriter&)> undo;
+	}
+	changes[] =
+	{
+		{"none", [](FastInfosetWriter&) {}, [](FastInfosetWriter&) {}},
+		{"unindexed", [](FastInfosetWriter& w) { w.setMaxIndexedStringLength(0); }, [](FastInfosetWriter&) {}},
+		{"CDATA", [](FastInfosetWriter& w) { w.startCDATA(); }, [](FastInfosetWriter& w) { w.endCDATA(); }},
+		{"typed value", [](FastInfosetWriter& w) { w.encodedData(7); }, [](FastInfosetWriter&) {}},
+		{"document level", [](FastInfosetWriter& w) { w.endElement("", "a", "a"); }, [](FastInfosetWriter& w) { w.startElement("", "a", "a", AttributesImpl()); }},
+		{"table emptied", [](FastInfosetWriter& w) { w.getDocumentVocabulary().vocabulary(DocumentVocabulary::CHARACTER_CONTENT_CHUNK)->truncate(1); },
+			[](FastInfosetWriter&) {}},
+	};
+	for (DocumentVocabulary::VocabularyImpl impl: {DocumentVocabulary::VOC_HASH, DocumentVocabulary::VOC_MAP, DocumentVocabulary::VOC_VECTOR})
+	{
+		for (const auto& c: changes)
+		{
+			SCOPED_TRACE(::testing::Message() << c.name << ", tables " << impl);
+			std::string written[2];
+			for (int asStrings = 0; asStrings < 2; ++asStrings)
+			{
+				std::ostringstream out;
+				FastInfosetWriter writer(out, false, impl);
+				writer.startDocument();
+				writer.startElement("", "a", "a", AttributesImpl());
+				for (int round = 0; round < 3; ++round)
+				{
+					if (round == 1) c.change(writer);
+					if (round == 2) c.undo(writer);
+					for (const std::string& text: texts)
+						asStrings ? writer.characters(text) : writer.characters(text.data(), 0, static_cast<int>(text.size()));
+				}
+				writer.endElement("", "a", "a");
+				writer.endDocument();
+				written[asStrings] = hex(out.str());
+			}
+			EXPECT_EQ(written[1], written[0]);
+		}
+	}
+}

@@ -415,7 +415,7 @@ private:
 		/// writeNonIdentifyingStringOrIndex() for text given as a view,
 		/// after the leadBits (0 to 9) low bits of lead, which bring it to
 		/// bit 0 or 2 of an octet and go out with it.
-	void writeShortValue(std::string_view str, const ShortValue& key, DocumentVocabulary::ID voc, unsigned int lead, int leadBits);
+	unsigned int writeShortValue(std::string_view str, const ShortValue& key, DocumentVocabulary::ID voc, unsigned int lead, int leadBits);
 		/// writeValueOrIndex() for a value of 1 to ShortValue::MAX_SIZE
 		/// octets whose key is key: found by the key, and written with the
 		/// lead bits as one field.
@@ -424,8 +424,17 @@ private:
 		/// pos (0 or 2) after the lead bits: UTF-8, or the CDATA algorithm
 		/// in a CDATA section.
 	void writeCharacters(std::string_view text);
-	void writeChunk(std::string_view text, const ShortValue* pKey);
-		/// writeCharacters() for a non-empty text, with its key when it is short.
+	unsigned int writeChunk(std::string_view text, const ShortValue* pKey);
+		/// writeCharacters() for a non-empty text, with its key when it is
+		/// short; returns its index in the chunk table (0 when not indexed).
+	static int indentSlot(const Korvo::XML::XMLChar* ch, std::size_t length);
+		/// The place in _indentIndices of an indentation text: a line
+		/// break, 1 to MAX_INDENT - 1 spaces or tabs, or a line break
+		/// followed by them; -1 for any other text of length (>= 1) octets.
+	void writeIndent(std::string_view text, int slot);
+		/// writeCharacters() for the indentation at slot: a reference to
+		/// the index it got when it was first written, where nothing has
+		/// changed how it would be written.
 	void writeAttributeValue(const Korvo::XML::XMLString& value);
 	std::string unusedPrefix();
 
@@ -434,6 +443,9 @@ private:
 
 	static constexpr unsigned int NOT_INDEXED = 0xFFFFFFFF;
 		/// What indexString() returns for a string written only literally.
+
+	static constexpr std::size_t MAX_INDENT = 32;
+		/// The longest indentation text remembered in _indentIndices.
 
 	BitStreamWriter                     _writer;
 	bool                                _writeXMLDeclaration;
@@ -482,6 +494,12 @@ private:
 		/// True when _pKnownNames holds every name of the name tables.
 	IndexedVocabulary<std::string>*     _pIndexedTables[DocumentVocabulary::CHARACTER_CONTENT_CHUNK + 1];
 	IndexedVocabulary<QualifiedNameEntry>* _pIndexedNames[2];
+	unsigned int                        _indentIndices[4*MAX_INDENT] = {};
+		/// The chunk-table index of each indentation text written so far,
+		/// 0 for those not yet written: text between elements, most of a
+		/// document's chunks, needs no look-up. By the number of spaces,
+		/// tabs, line break and spaces, line break and tabs, in groups of
+		/// MAX_INDENT. Forgotten whenever the tables may have changed.
 	bool                                _bindingIndices;
 		/// True when the prefix and namespace tables find their values:
 		/// the namespace context can then keep the indices of its
