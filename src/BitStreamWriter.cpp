@@ -63,27 +63,6 @@ void BitStreamWriter::discardPending()
 }
 
 
-void BitStreamWriter::appendOctets(Korvo::UInt64 value, int numOfBits)
-{
-	// The pending bits and the new ones in one word, most significant
-	// first; the whole octets of it go to the stream, the rest stays.
-	// A plain buffer with room takes them straight into its memory.
-	const int total = _cachedBits + numOfBits;
-	const Korvo::UInt64 word = (Korvo::UInt64(_cache[0]) << 56) | ((value << (64 - numOfBits)) >> _cachedBits);
-	const int octets = total >> 3;
-	std::streambuf* pBuffer;
-	if (char* p = room(pBuffer, static_cast<std::size_t>(octets)))
-	{
-		for (int i = 0; i < octets; ++i) p[i] = static_cast<char>(word >> (56 - 8*i));
-		PutArea::bump(*pBuffer, octets);
-		_cache[0] = static_cast<unsigned char>(word >> (56 - 8*octets));
-		_cachedBits = total & 7;
-		return;
-	}
-	passWord(pBuffer, word, total);
-}
-
-
 __attribute__((noinline)) void BitStreamWriter::passWord(std::streambuf* pBuffer, Korvo::UInt64 word, int total)
 {
 	const int octets = total >> 3;

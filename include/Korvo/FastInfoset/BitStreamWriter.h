@@ -103,9 +103,9 @@ private:
 	void appendOctets(Korvo::UInt64 value, int numOfBits);
 		/// appendBits() when the bits complete at least one octet.
 	void passWord(std::streambuf* pBuffer, Korvo::UInt64 word, int total);
-		/// appendOctets() for more than one octet or a refusing buffer:
-		/// passes the whole octets of the total bits of word and keeps the rest.
-		/// Apart, so that the one-octet path saves few registers.
+		/// appendOctets() for a buffer without room or a stream that is not
+		/// plain: passes the whole octets of the total bits of word and keeps
+		/// the rest. Apart, so that the inline path saves few registers.
 	void passOctets(std::streambuf* pBuffer, Korvo::UInt64 word, int octets);
 		/// Passes the first octets octets of word, most significant first,
 		/// into pBuffer when it is not null (a plain buffer), and those it
@@ -271,6 +271,27 @@ inline void BitStreamWriter::writeToStream(const char* buffer, int length)
 }
 
 
+inline __attribute__((always_inline)) void BitStreamWriter::appendOctets(Korvo::UInt64 value, int numOfBits)
+{
+	// The pending bits and the new ones in one word, most significant
+	// first; the whole octets of it go to the stream, the rest stays.
+	// A plain buffer with room takes them straight into its memory.
+	const int total = _cachedBits + numOfBits;
+	const Korvo::UInt64 word = (Korvo::UInt64(_cache[0]) << 56) | ((value << (64 - numOfBits)) >> _cachedBits);
+	const int octets = total >> 3;
+	std::streambuf* pBuffer;
+	if (char* p = room(pBuffer, static_cast<std::size_t>(octets)))
+	{
+		for (int i = 0; i < octets; ++i) p[i] = static_cast<char>(word >> (56 - 8*i));
+		PutArea::bump(*pBuffer, octets);
+		_cache[0] = static_cast<unsigned char>(word >> (56 - 8*octets));
+		_cachedBits = total & 7;
+		return;
+	}
+	passWord(pBuffer, word, total);
+}
+
+
 inline __attribute__((always_inline)) void BitStreamWriter::appendBits(Korvo::UInt64 value, int numOfBits)
 {
 	// Always inline: most fields leave the octet open or end it, and a call
@@ -286,45 +307,45 @@ inline __attribute__((always_inline)) void BitStreamWriter::appendBits(Korvo::UI
 }
 
 
-inline void BitStreamWriter::write(bool value)
+inline __attribute__((always_inline)) void BitStreamWriter::write(bool value)
 {
 	appendBits(value ? 1 : 0, 1);
 }
 
 
-inline void BitStreamWriter::write(unsigned char value, int numOfBits)
+inline __attribute__((always_inline)) void BitStreamWriter::write(unsigned char value, int numOfBits)
 {
 	write(static_cast<signed char>(value), numOfBits);
 }
 
 
-inline void BitStreamWriter::write(signed char value, int numOfBits)
+inline __attribute__((always_inline)) void BitStreamWriter::write(signed char value, int numOfBits)
 {
 	poco_assert (checkInputParams(Utility::SIZEOFCHARINBIT, numOfBits));
 	appendBits(static_cast<unsigned char>(value), numOfBits);
 }
 
 
-inline void BitStreamWriter::write(unsigned short value, int numOfBits)
+inline __attribute__((always_inline)) void BitStreamWriter::write(unsigned short value, int numOfBits)
 {
 	write(static_cast<short>(value), numOfBits);
 }
 
 
-inline void BitStreamWriter::write(short value, int numOfBits)
+inline __attribute__((always_inline)) void BitStreamWriter::write(short value, int numOfBits)
 {
 	poco_assert (checkInputParams(Utility::SIZEOFINT16INBIT, numOfBits));
 	appendBits(static_cast<unsigned short>(value), numOfBits);
 }
 
 
-inline void BitStreamWriter::write(unsigned int value, int numOfBits)
+inline __attribute__((always_inline)) void BitStreamWriter::write(unsigned int value, int numOfBits)
 {
 	write(static_cast<int>(value), numOfBits);
 }
 
 
-inline void BitStreamWriter::write(int value, int numOfBits)
+inline __attribute__((always_inline)) void BitStreamWriter::write(int value, int numOfBits)
 {
 	poco_assert (checkInputParams(Utility::SIZEOFINT32INBIT, numOfBits));
 	appendBits(static_cast<unsigned int>(value), numOfBits);
