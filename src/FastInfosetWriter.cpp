@@ -1461,10 +1461,12 @@ unsigned int FastInfosetWriter::writeNonIdentifyingStringOrIndex(const std::stri
 
 void FastInfosetWriter::writeAttributeValue(const XMLString& value)
 {
-	if (!value.empty() && value.size() <= ShortValue::MAX_SIZE)
+	if (value.empty())
+		writeNonIdentifyingStringOrIndex(value, DocumentVocabulary::ATTRIBUTE_VALUE);
+	else if (value.size() <= ShortValue::MAX_SIZE)
 		writeShortValue(value, ShortValue(value.data(), value.size()), DocumentVocabulary::ATTRIBUTE_VALUE, 0, 0);
 	else
-		writeNonIdentifyingStringOrIndex(value, DocumentVocabulary::ATTRIBUTE_VALUE);
+		writeValueOrIndex(value, DocumentVocabulary::ATTRIBUTE_VALUE);
 }
 
 
