@@ -1175,20 +1175,28 @@ void FastInfosetWriter::writeIdentifyingStringIndex(unsigned int strIdx)
 
 void FastInfosetWriter::characters(const XMLChar ch[], int start, int length)
 {
+	// Indentation, most of a document's text, first and without the frame
+	// the rest needs.
+	if (start == 0 && length > 0 && ch && static_cast<unsigned char>(ch[0]) <= ' ')
+	{
+		const int slot = indentSlot(ch, static_cast<std::size_t>(length));
+		if (slot >= 0)
+		{
+			if (!writeKnownIndent(slot, static_cast<std::size_t>(length))) writeIndent(std::string_view(ch, static_cast<std::size_t>(length)), slot);
+			return;
+		}
+	}
+	writeRange(ch, start, length);
+}
+
+
+void FastInfosetWriter::writeRange(const XMLChar ch[], int start, int length)
+{
 	// The text is taken as a substring of the NUL-terminated ch. The NUL is
 	// looked for only up to start + length, so a SAX parser's buffer, which
 	// need not be terminated, is never read past the range.
 	if (start == 0 && length == 0) return;
 	poco_check_ptr (ch);
-	if (start == 0 && length > 0 && static_cast<unsigned char>(ch[0]) <= ' ')
-	{
-		const int slot = indentSlot(ch, static_cast<std::size_t>(length));
-		if (slot >= 0)
-		{
-			writeIndent(std::string_view(ch, static_cast<std::size_t>(length)), slot);
-			return;
-		}
-	}
 	if (start == 0 && length > 0 && length <= ShortValue::MAX_SIZE)
 	{
 		// Short text, the usual case: the words that key it show a NUL too,
@@ -1251,7 +1259,7 @@ inline __attribute__((always_inline)) unsigned int FastInfosetWriter::writeChunk
 }
 
 
-int FastInfosetWriter::indentSlot(const XMLChar* ch, std::size_t length)
+inline __attribute__((always_inline)) int FastInfosetWriter::indentSlot(const XMLChar* ch, std::size_t length)
 {
 	// A SAX parser reports the line break and the spaces after it apart or
 	// together; each shape has its group of slots.
@@ -1293,20 +1301,25 @@ int FastInfosetWriter::indentSlot(const XMLChar* ch, std::size_t length)
 }
 
 
-void FastInfosetWriter::writeIndent(std::string_view text, int slot)
+inline __attribute__((always_inline)) bool FastInfosetWriter::writeKnownIndent(int slot, std::size_t length)
 {
 	// What writeShortValue() writes for a value it finds: chunks start at
 	// bit 2 once their lead bits are out.
 	const unsigned int idx = _indentIndices[slot];
 	unsigned int field;
 	int bits;
-	if (idx != 0 && _states.back() == IN_ELEMENT && _encodings.empty() && !_pIndexingPolicy && !_pPacker && isIndexable(text.size()) && referenceField(2, idx, field, bits))
-	{
-		const int pos = _writer.bitPos();
-		const int leadBits = pos == 0 ? 2 : 10 - pos;
-		_writer.write(static_cast<int>((CHARACTER_CHUNK << bits) | field), leadBits + bits);
-		return;
-	}
+	if (idx == 0 || _states.back() != IN_ELEMENT || !_encodings.empty() || _pIndexingPolicy || _pPacker
+		|| !isIndexable(length) || !referenceField(2, idx, field, bits))
+		return false;
+	const int pos = _writer.bitPos();
+	const int leadBits = pos == 0 ? 2 : 10 - pos;
+	_writer.write(static_cast<int>((CHARACTER_CHUNK << bits) | field), leadBits + bits);
+	return true;
+}
+
+
+void FastInfosetWriter::writeIndent(std::string_view text, int slot)
+{
 	unsigned int written;
 	if (text.size() <= ShortValue::MAX_SIZE)
 	{

@@ -431,10 +431,14 @@ private:
 		/// The place in _indentIndices of an indentation text: a line
 		/// break, 1 to MAX_INDENT - 1 spaces or tabs, or a line break
 		/// followed by them; -1 for any other text of length (>= 1) octets.
+	bool writeKnownIndent(int slot, std::size_t length);
+		/// Writes the indentation of length octets at slot as a reference to the index it
+		/// got when it was first written, unless that is unknown or
+		/// something changed how it would be written: false then.
 	void writeIndent(std::string_view text, int slot);
-		/// writeCharacters() for the indentation at slot: a reference to
-		/// the index it got when it was first written, where nothing has
-		/// changed how it would be written.
+		/// writeCharacters() for the indentation text at slot, noting its index.
+	void writeRange(const Korvo::XML::XMLChar ch[], int start, int length);
+		/// characters() for any text.
 	void writeAttributeValue(const Korvo::XML::XMLString& value);
 	std::string unusedPrefix();
 
