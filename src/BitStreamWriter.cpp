@@ -131,11 +131,10 @@ void BitStreamWriter::write(const char* str, unsigned int numBytes)
 }
 
 
-void BitStreamWriter::write(Korvo::UInt64 value, int numOfBits, const char* str, std::size_t numBytes)
+void BitStreamWriter::writeJoined(Korvo::UInt64 value, int numOfBits, const char* str, std::size_t numBytes)
 {
-	poco_assert (numOfBits >= 1 && numOfBits <= MAX_APPEND);
 	const int total = _cachedBits + numOfBits;
-	if ((total & 7) != 0 || !str)
+	if ((total & 7) != 0 || !str || numBytes > JOINED_WRITE)
 	{
 		appendBits(value, numOfBits);
 		if (str) writeOctets(str, numBytes);
@@ -143,23 +142,6 @@ void BitStreamWriter::write(Korvo::UInt64 value, int numOfBits, const char* str,
 	}
 	const Korvo::UInt64 word = (Korvo::UInt64(_cache[0]) << 56) | ((value << (64 - numOfBits)) >> _cachedBits);
 	const int fieldOctets = total >> 3;
-	std::streambuf* pBuffer;
-	char* p = numBytes <= DIRECT_WRITE ? room(pBuffer, fieldOctets + numBytes) : nullptr;
-	if (p)
-	{
-		for (int i = 0; i < fieldOctets; ++i) p[i] = static_cast<char>(word >> (56 - 8*i));
-		copyOctets(p + fieldOctets, str, numBytes);
-		PutArea::bump(*pBuffer, fieldOctets + static_cast<int>(numBytes));
-		_cache[0] = 0;
-		_cachedBits = 0;
-		return;
-	}
-	if (numBytes > JOINED_WRITE)
-	{
-		appendBits(value, numOfBits);
-		writeOctets(str, numBytes);
-		return;
-	}
 	char octets[MAX_APPEND / 8 + 1 + JOINED_WRITE];
 	for (int i = 0; i < fieldOctets; ++i) octets[i] = static_cast<char>(word >> (56 - 8*i));
 	std::memcpy(octets + fieldOctets, str, numBytes);

@@ -110,6 +110,9 @@ private:
 		/// Passes the first octets octets of word, most significant first,
 		/// into pBuffer when it is not null (a plain buffer), and those it
 		/// refuses, or all, through the stream.
+	void writeJoined(Korvo::UInt64 value, int numOfBits, const char* str, std::size_t numBytes);
+		/// write() of a field and its string where the put area cannot take
+		/// them at once.
 	void writeOctets(const char* str, std::size_t numBytes);
 	void writeUnalignedOctets(const char* str, std::size_t numBytes);
 	std::streambuf* plainBuffer() const;
@@ -304,6 +307,28 @@ inline __attribute__((always_inline)) void BitStreamWriter::appendBits(Korvo::UI
 		_cachedBits = total;
 	}
 	else appendOctets(value, numOfBits);
+}
+
+
+inline void BitStreamWriter::write(Korvo::UInt64 value, int numOfBits, const char* str, std::size_t numBytes)
+{
+	poco_assert (numOfBits >= 1 && numOfBits <= MAX_APPEND);
+	// A field that ends an octet and its string, straight into the put area.
+	const int total = _cachedBits + numOfBits;
+	std::streambuf* pBuffer;
+	char* p = (total & 7) == 0 && str && numBytes <= DIRECT_WRITE ? room(pBuffer, static_cast<std::size_t>(total >> 3) + numBytes) : nullptr;
+	if (!p)
+	{
+		writeJoined(value, numOfBits, str, numBytes);
+		return;
+	}
+	const Korvo::UInt64 word = (Korvo::UInt64(_cache[0]) << 56) | ((value << (64 - numOfBits)) >> _cachedBits);
+	const int fieldOctets = total >> 3;
+	for (int i = 0; i < fieldOctets; ++i) p[i] = static_cast<char>(word >> (56 - 8*i));
+	copyOctets(p + fieldOctets, str, numBytes);
+	PutArea::bump(*pBuffer, fieldOctets + static_cast<int>(numBytes));
+	_cache[0] = 0;
+	_cachedBits = 0;
 }
 
 
