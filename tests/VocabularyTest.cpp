@@ -251,6 +251,25 @@ TEST(HashVocabularyTest, FullTableThrowsAndStaysUnchanged)
 }
 
 
+TEST(HashVocabularyTest, StringsAddedAgainOverWhatTheLastDocumentLeft)
+{
+	// The spares keep the values of the document before: one that holds
+	// the value stays, any other takes it, found as usual either way.
+	HashVocabulary<std::string> table(8);
+	bool existed;
+	for (const char* value: {"ab", "cd", "efghijklmnopq"}) table.add(std::string_view(value), existed);
+	table.truncate(1);
+	const struct { std::string value; unsigned int index; } adds[] = {{"ab", 1}, {"cx", 2}, {"efghijklmnopq", 3}, {"ab", 1}};
+	for (const auto& a: adds)
+	{
+		EXPECT_EQ(a.index, a.value.size() == 2 ? table.addShort(ShortValue(a.value.data(), 2), a.value, existed) : table.add(std::string_view(a.value), existed));
+		EXPECT_EQ(a.value, table.value(a.index));
+	}
+	EXPECT_EQ(4u, table.size());
+	EXPECT_EQ(2u, table.find(std::string_view("cx")));
+}
+
+
 TEST(HashVocabularyTest, CollidingNamesProbeAroundTheTable)
 {
 	// The six orders of (1, 2, 3) hash alike: with the placeholder they fill all 7 slots.

@@ -142,8 +142,12 @@ protected:
 	}
 
 	static void store(std::string& slot, std::string_view value)
-		/// Appending to the emptied spare takes fewer steps than assigning.
+		/// A spare that holds the value already (the document before added
+		/// it at the same index, as documents of one kind do) keeps it;
+		/// into another, appending to the emptied spare takes fewer steps
+		/// than assigning.
 	{
+		if (slot.size() == value.size() && ValueHash<std::string>::sameOctets(slot.data(), value.data(), value.size())) return;
 		slot.clear();
 		slot.append(value.data(), value.size());
 	}
