@@ -548,16 +548,78 @@ namespace
 			for (unsigned size = from; size < to; ++size) table.index(table.spare(), existed);
 		}
 	}
+
+	template <class T>
+	bool isIndexed(const Vocabulary<T>& table)
+	{
+		const std::type_info* pType = &typeid(table);
+		return pType == &typeid(MapVocabulary<T>) || pType == &typeid(HashVocabulary<T>);
+	}
+
+	template <class T>
+	bool isVector(const Vocabulary<T>& table)
+	{
+		return &typeid(table) == &typeid(VectorVocabulary<T>);
+	}
+
+	template <template <class> class V>
+	struct RepeatTables
+		/// The five tables of the repeat records, all of kind V: sizes read
+		/// and tables grown without a virtual call, and a table grown in one
+		/// step where its spare entries are all there.
+	{
+		static void sizes(Vocabulary<std::string>* const* pTables, Vocabulary<QualifiedNameEntry>* const* pNameTables, unsigned sizes[])
+		{
+			sizes[0] = sizeOf(*pTables[DocumentVocabulary::PREFIX]);
+			sizes[1] = sizeOf(*pTables[DocumentVocabulary::NAMESPACE_NAME]);
+			sizes[2] = sizeOf(*pTables[DocumentVocabulary::LOCAL_NAME]);
+			sizes[3] = sizeOf(*pNameTables[1]);
+			sizes[4] = sizeOf(*pNameTables[0]);
+		}
+
+		template <class T>
+		static unsigned sizeOf(const Vocabulary<T>& table)
+		{
+			return static_cast<const V<T>&>(table).V<T>::size();
+		}
+
+		template <class T>
+		static void grow(Vocabulary<T>& table, unsigned from, unsigned to)
+		{
+			if (from != to && !static_cast<V<T>&>(table).appendSpares(to - from)) growTo(table, from, to);
+		}
+	};
 }
 
 
-void FastInfosetParser::tableSizes(unsigned sizes[REPEAT_TABLES]) const
+namespace
 {
-	sizes[0] = _pTables[DocumentVocabulary::PREFIX]->size();
-	sizes[1] = _pTables[DocumentVocabulary::NAMESPACE_NAME]->size();
-	sizes[2] = _pTables[DocumentVocabulary::LOCAL_NAME]->size();
-	sizes[3] = _pNameTables[1]->size();
-	sizes[4] = _pNameTables[0]->size();
+	template <template <class> class V>
+	inline void growAs(Vocabulary<std::string>* const* pTables, Vocabulary<QualifiedNameEntry>* const* pNameTables, const unsigned* from, const unsigned* to)
+	{
+		RepeatTables<V>::grow(*pTables[DocumentVocabulary::PREFIX], from[0], to[0]);
+		RepeatTables<V>::grow(*pTables[DocumentVocabulary::NAMESPACE_NAME], from[1], to[1]);
+		RepeatTables<V>::grow(*pTables[DocumentVocabulary::LOCAL_NAME], from[2], to[2]);
+		RepeatTables<V>::grow(*pNameTables[1], from[3], to[3]);
+		RepeatTables<V>::grow(*pNameTables[0], from[4], to[4]);
+	}
+}
+
+
+inline void FastInfosetParser::tableSizes(unsigned sizes[REPEAT_TABLES]) const
+{
+	if (_repeatStore == REPEAT_INDEXED)
+		RepeatTables<IndexedVocabulary>::sizes(_pTables, _pNameTables, sizes);
+	else if (_repeatStore == REPEAT_VECTOR)
+		RepeatTables<VectorVocabulary>::sizes(_pTables, _pNameTables, sizes);
+	else
+	{
+		sizes[0] = _pTables[DocumentVocabulary::PREFIX]->size();
+		sizes[1] = _pTables[DocumentVocabulary::NAMESPACE_NAME]->size();
+		sizes[2] = _pTables[DocumentVocabulary::LOCAL_NAME]->size();
+		sizes[3] = _pNameTables[1]->size();
+		sizes[4] = _pNameTables[0]->size();
+	}
 }
 
 
@@ -580,6 +642,15 @@ void FastInfosetParser::beginRepeats(bool hasInitialVocabulary)
 	}
 	// Only a document that starts from the built-in tables, as the one that
 	// made the records did, in the same tables, may repeat them.
+	Vocabulary<std::string>& prefixes = *_pTables[DocumentVocabulary::PREFIX];
+	Vocabulary<std::string>& namespaceNames = *_pTables[DocumentVocabulary::NAMESPACE_NAME];
+	Vocabulary<std::string>& localNames = *_pTables[DocumentVocabulary::LOCAL_NAME];
+	if (isIndexed(prefixes) && isIndexed(namespaceNames) && isIndexed(localNames) && isIndexed(*_pNameTables[0]) && isIndexed(*_pNameTables[1]))
+		_repeatStore = REPEAT_INDEXED;
+	else if (isVector(prefixes) && isVector(namespaceNames) && isVector(localNames) && isVector(*_pNameTables[0]) && isVector(*_pNameTables[1]))
+		_repeatStore = REPEAT_VECTOR;
+	else
+		_repeatStore = REPEAT_ANY;
 	unsigned sizes[REPEAT_TABLES];
 	tableSizes(sizes);
 	if (hasInitialVocabulary || !std::equal(sizes, sizes + REPEAT_TABLES, RESET_SIZES))
@@ -645,11 +716,20 @@ void FastInfosetParser::growTables(const RepeatRecord& record)
 {
 	++_repeatCursor;
 	// repeated() found the tables at the sizes before.
-	if (record.sizesAfter[0] != record.sizesBefore[0]) growTo(*_pTables[DocumentVocabulary::PREFIX], record.sizesBefore[0], record.sizesAfter[0]);
-	if (record.sizesAfter[1] != record.sizesBefore[1]) growTo(*_pTables[DocumentVocabulary::NAMESPACE_NAME], record.sizesBefore[1], record.sizesAfter[1]);
-	if (record.sizesAfter[2] != record.sizesBefore[2]) growTo(*_pTables[DocumentVocabulary::LOCAL_NAME], record.sizesBefore[2], record.sizesAfter[2]);
-	if (record.sizesAfter[3] != record.sizesBefore[3]) growTo(*_pNameTables[1], record.sizesBefore[3], record.sizesAfter[3]);
-	if (record.sizesAfter[4] != record.sizesBefore[4]) growTo(*_pNameTables[0], record.sizesBefore[4], record.sizesAfter[4]);
+	const unsigned* from = record.sizesBefore;
+	const unsigned* to = record.sizesAfter;
+	if (_repeatStore == REPEAT_INDEXED)
+		growAs<IndexedVocabulary>(_pTables, _pNameTables, from, to);
+	else if (_repeatStore == REPEAT_VECTOR)
+		growAs<VectorVocabulary>(_pTables, _pNameTables, from, to);
+	else
+	{
+		if (to[0] != from[0]) growTo(*_pTables[DocumentVocabulary::PREFIX], from[0], to[0]);
+		if (to[1] != from[1]) growTo(*_pTables[DocumentVocabulary::NAMESPACE_NAME], from[1], to[1]);
+		if (to[2] != from[2]) growTo(*_pTables[DocumentVocabulary::LOCAL_NAME], from[2], to[2]);
+		if (to[3] != from[3]) growTo(*_pNameTables[1], from[3], to[3]);
+		if (to[4] != from[4]) growTo(*_pNameTables[0], from[4], to[4]);
+	}
 }
 
 

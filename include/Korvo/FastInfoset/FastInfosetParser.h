@@ -435,6 +435,14 @@ private:
 			/// Prefixes, namespace names, local names, element and attribute names.
 	};
 
+	enum RepeatStore
+		/// The kind of all five tables, where one is.
+	{
+		REPEAT_ANY,
+		REPEAT_INDEXED,
+		REPEAT_VECTOR
+	};
+
 	struct RepeatRecord
 	{
 		RepeatKind kind;
@@ -541,6 +549,7 @@ private:
 		/// This document began with tables that records may be repeated on.
 	bool                         _repeatQNames = true;
 		/// The namespace-prefixes feature when the records were made.
+	RepeatStore                  _repeatStore = REPEAT_ANY;
 	bool                         _parsedBefore = false;
 		/// Whether a document began here before.
 	const void*                  _pRepeatTables[REPEAT_TABLES] = {};
