@@ -116,6 +116,9 @@ namespace
 
 	const std::size_t MAX_SPARE_NAMES = 4096;
 		// Parts that held more names than this are freed rather than kept.
+
+	const std::size_t MAX_SPARE_REPEAT_OCTETS = 65536;
+		// Records of more literal octets than this are not handed on.
 }
 
 
@@ -134,6 +137,14 @@ struct FastInfosetParser::SpareParts
 	std::unique_ptr<NewValueFilter<QualifiedNameEntry>[]> pNameFilters;
 	std::vector<ResolvedQualName> openElements;
 	std::vector<const std::string*> prefixMappings;
+	std::vector<RepeatRecord> repeats;
+	std::string repeatOctets;
+	std::vector<std::pair<const std::string*, const std::string*>> repeatDeclarations;
+	Korvo::UInt64 repeatsSerial = 0;
+		/// The tablesSerial() of the vocabulary whose tables the records
+		/// describe, or 0 where they describe none.
+	const void* pRepeatTables[REPEAT_TABLES] = {};
+	bool repeatQNames = true;
 };
 
 
@@ -156,8 +167,8 @@ FastInfosetParser::FastInfosetParser(DocumentVocabulary::VocabularyImpl impl):
 	_attributeQNames(false),
 	_vocabulary(impl)
 {
-	if (!takeSpareParts()) reserveBuffers();
 	findTables();
+	if (!takeSpareParts()) reserveBuffers();
 }
 
 
@@ -175,8 +186,8 @@ FastInfosetParser::FastInfosetParser(const DocumentVocabulary& vocabulary):
 	_attributeQNames(false),
 	_vocabulary(vocabulary)
 {
-	if (!takeSpareParts()) reserveBuffers();
 	findTables();
+	if (!takeSpareParts()) reserveBuffers();
 	if (!vocabulary.getURI().empty() && vocabulary.vocabulary(DocumentVocabulary::PREFIX))
 		_externalVocabularies.add(vocabulary.getURI(), vocabulary);
 }
@@ -202,12 +213,28 @@ bool FastInfosetParser::takeSpareParts()
 	_pNameFilters = std::move(pSpare->pNameFilters);
 	_openElements.swap(pSpare->openElements);
 	_prefixMappings.swap(pSpare->prefixMappings);
+	_repeats.swap(pSpare->repeats);
+	_repeatOctets.swap(pSpare->repeatOctets);
+	_repeatDeclarations.swap(pSpare->repeatDeclarations);
 	pSpare->held = false;
-	// Nothing of the other parser's tables may be trusted.
+	// Nothing of the other parser's tables may be trusted, except where
+	// this parser's vocabulary took the very tables that the records
+	// describe, straight from the vocabulary of the parser that made them:
+	// then the records hold as they would have for that parser.
 	for (RecycledAttributes* pList: _madeLists) pList->forgetSources();
 	forgetFilters();
 	_openElements.clear();
 	_prefixMappings.clear();
+	if (pSpare->repeatsSerial != 0 && pSpare->repeatsSerial == _vocabulary.tablesFrom())
+	{
+		std::copy(pSpare->pRepeatTables, pSpare->pRepeatTables + REPEAT_TABLES, _pRepeatTables);
+		_repeatQNames = pSpare->repeatQNames;
+		tableSizes(_repeatEndSizes);
+		_repeatsUsable = true;
+	}
+	else
+		clearRepeats();
+	pSpare->repeatsSerial = 0;
 	return true;
 }
 
@@ -230,6 +257,32 @@ void FastInfosetParser::giveSpareParts()
 	pSpare->pNameFilters = std::move(_pNameFilters);
 	_openElements.swap(pSpare->openElements);
 	_prefixMappings.swap(pSpare->prefixMappings);
+	// The records of a document that ended go with the tables it left, as
+	// they stand; the next parser uses them only if its vocabulary takes
+	// these tables as they are given.
+	bool records = _repeatsUsable && !_repeats.empty() && _repeatOctets.size() <= MAX_SPARE_REPEAT_OCTETS;
+	if (records)
+	{
+		unsigned sizes[REPEAT_TABLES];
+		tableSizes(sizes);
+		records = std::equal(sizes, sizes + REPEAT_TABLES, _repeatEndSizes);
+	}
+	if (!records)
+	{
+		clearRepeats();
+		if (_repeatOctets.capacity() > MAX_SPARE_REPEAT_OCTETS)
+		{
+			std::string().swap(_repeatOctets);
+			std::vector<RepeatRecord>().swap(_repeats);
+			std::vector<std::pair<const std::string*, const std::string*>>().swap(_repeatDeclarations);
+		}
+	}
+	_repeats.swap(pSpare->repeats);
+	_repeatOctets.swap(pSpare->repeatOctets);
+	_repeatDeclarations.swap(pSpare->repeatDeclarations);
+	pSpare->repeatsSerial = records ? _vocabulary.tablesSerial() : 0;
+	std::copy(_pRepeatTables, _pRepeatTables + REPEAT_TABLES, pSpare->pRepeatTables);
+	pSpare->repeatQNames = _repeatQNames;
 	pSpare->held = true;
 }
 
@@ -633,13 +686,6 @@ void FastInfosetParser::clearRepeats()
 
 void FastInfosetParser::beginRepeats(bool hasInitialVocabulary)
 {
-	// A parser made for one message does not keep records that no document
-	// will repeat: records are kept from a parser's second document on.
-	if (!_parsedBefore)
-	{
-		_parsedBefore = true;
-		return;
-	}
 	// Only a document that starts from the built-in tables, as the one that
 	// made the records did, in the same tables, may repeat them.
 	Vocabulary<std::string>& prefixes = *_pTables[DocumentVocabulary::PREFIX];

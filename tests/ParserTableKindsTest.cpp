@@ -227,13 +227,51 @@ TEST(ParserTableKindsRepeatTest, ALiteralRepeatingATableValueIsFoundByIndexedTab
 }
 
 
+namespace {
+
+
+std::string repeatingMessage(const std::string& prefix, const std::string& attribute, bool longName = false, bool numeric = false)
+	/// A message of literal names, with a namespace declaration.
+{
+	std::ostringstream out;
+	FastInfosetWriter writer(out, false, DV::VOC_MAP);
+	writer.setShortestLiterals(numeric);
+	Korvo::XML::AttributesImpl attributes;
+	attributes.addAttribute("", "id", "id", "", numeric ? "12345678" : "7");
+	attributes.addAttribute("urn:a", attribute, prefix + ":" + attribute, "", "v");
+	const Korvo::XML::AttributesImpl none;
+	writer.startDocument();
+	writer.startPrefixMapping(prefix, "urn:a");
+	writer.startElement("urn:a", "m", prefix + ":m", none);
+	const std::string x = longName ? std::string(100, 'x') : std::string("x");
+	writer.emptyElement("urn:a", x, prefix + ":" + x, attributes);
+	if (!numeric) writer.emptyElement("", "y", "y", attributes);
+	writer.endElement("urn:a", "m", prefix + ":m");
+	writer.endPrefixMapping(prefix);
+	writer.endDocument();
+	return out.str();
+}
+
+
+void parseInto(FastInfosetParser& parser, Korvo::FastInfoset::Test::PlainSaxRecorder& recorder, const std::string& fis, bool prefixes)
+{
+	parser.setFeature(Korvo::XML::XMLReader::FEATURE_NAMESPACE_PREFIXES, prefixes);
+	parser.setContentHandler(&recorder);
+	parser.parseMemoryNP(fis.data(), fis.size());
+}
+
+
+} // namespace
+
+
 TEST(ParserTableKindsRepeatTest, AReusedParserReadsDocumentsThatRepeatTheLastOnesNamesAlike)
 {
 	// Documents that repeat the one before, in part or whole, or break off,
 	// or have a long name where the one before had a short one, or end with
 	// names that are not read in place (after a value in a restricted
-	// alphabet), through one parser: the events and tables of a parser made
-	// for each, with either setting of the qualified names.
+	// alphabet), through one parser: the events and tables of a parser whose
+	// tables were made for the document, with either setting of the
+	// qualified names.
 	struct Message
 	{
 		const char* prefix;
@@ -248,51 +286,84 @@ TEST(ParserTableKindsRepeatTest, AReusedParserReadsDocumentsThatRepeatTheLastOne
 		{"p", "n", false, true, false}, {"p", "n", false, false, false}, {"p", "k", false, false, true}, {"p", "n", false, false, false}};
 	for (DV::VocabularyImpl impl: {DV::VOC_MAP, DV::VOC_HASH, DV::VOC_VECTOR})
 	{
+		const DV empty(impl);
 		FastInfosetParser reused(impl);
 		for (std::size_t i = 0; i < sizeof(messages)/sizeof(messages[0]); ++i)
 		{
 			SCOPED_TRACE(i);
 			const Message& message = messages[i];
-			const std::string prefix = message.prefix;
-			std::ostringstream out;
-			FastInfosetWriter writer(out, false, DV::VOC_MAP);
-			writer.setShortestLiterals(message.numeric);
-			Korvo::XML::AttributesImpl attributes;
-			attributes.addAttribute("", "id", "id", "", message.numeric ? "12345678" : "7");
-			attributes.addAttribute("urn:a", message.attribute, prefix + ":" + message.attribute, "", "v");
-			const Korvo::XML::AttributesImpl none;
-			writer.startDocument();
-			writer.startPrefixMapping(prefix, "urn:a");
-			writer.startElement("urn:a", "m", prefix + ":m", none);
-			const std::string x = message.longName ? std::string(100, 'x') : std::string("x");
-			writer.emptyElement("urn:a", x, prefix + ":" + x, attributes);
-			if (!message.numeric) writer.emptyElement("", "y", "y", attributes);
-			writer.endElement("urn:a", "m", prefix + ":m");
-			writer.endPrefixMapping(prefix);
-			writer.endDocument();
-			std::string fis = out.str();
+			std::string fis = repeatingMessage(message.prefix, message.attribute, message.longName, message.numeric);
 			if (message.truncated) fis.resize(fis.size() - 4);
 
 			const bool prefixes = i != 7;
 			Korvo::FastInfoset::Test::PlainSaxRecorder expected;
-			FastInfosetParser made(impl);
-			made.setFeature(Korvo::XML::XMLReader::FEATURE_NAMESPACE_PREFIXES, prefixes);
-			made.setContentHandler(&expected);
+			FastInfosetParser made(empty);
 			Korvo::FastInfoset::Test::PlainSaxRecorder recorder;
-			reused.setFeature(Korvo::XML::XMLReader::FEATURE_NAMESPACE_PREFIXES, prefixes);
-			reused.setContentHandler(&recorder);
 			if (message.truncated)
 			{
-				EXPECT_THROW(made.parseMemoryNP(fis.data(), fis.size()), Korvo::Exception);
-				EXPECT_THROW(reused.parseMemoryNP(fis.data(), fis.size()), Korvo::Exception);
+				EXPECT_THROW(parseInto(made, expected, fis, prefixes), Korvo::Exception);
+				EXPECT_THROW(parseInto(reused, recorder, fis, prefixes), Korvo::Exception);
 			}
 			else
 			{
-				made.parseMemoryNP(fis.data(), fis.size());
-				reused.parseMemoryNP(fis.data(), fis.size());
+				parseInto(made, expected, fis, prefixes);
+				parseInto(reused, recorder, fis, prefixes);
 			}
 			EXPECT_EQ(expected.events(), recorder.events());
 			expectSameVocabulary(made.vocabulary(), reused.vocabulary());
+		}
+	}
+}
+
+
+TEST(ParserTableKindsRepeatTest, AParserMadeAfterAnotherReadsAsAFreshOneWhateverCameBetween)
+{
+	// A parser made for each message takes over the names its predecessor
+	// on the thread recorded, with that parser's tables. Whatever came in
+	// between (another vocabulary using those tables, a document that broke
+	// off, another setting, other names, a predecessor with copied tables),
+	// it reads as a parser whose tables were made for the message.
+	enum Between { NOTHING, OTHER_VOCABULARY, BROKE_OFF, NO_PREFIXES, OTHER_NAMES, COPIED_TABLES };
+	const Between steps[] = {NOTHING, NOTHING, OTHER_VOCABULARY, NOTHING, BROKE_OFF, NOTHING, NO_PREFIXES, NOTHING,
+		OTHER_NAMES, NOTHING, COPIED_TABLES, NOTHING};
+	const std::string fis = repeatingMessage("p", "n");
+	for (DV::VocabularyImpl impl: {DV::VOC_MAP, DV::VOC_HASH, DV::VOC_VECTOR})
+	{
+		const DV empty(impl);
+		for (std::size_t i = 0; i < sizeof(steps)/sizeof(steps[0]); ++i)
+		{
+			SCOPED_TRACE(i);
+			const Between between = steps[i];
+			const std::string next = between == OTHER_NAMES ? repeatingMessage("q", "k", true) : fis;
+			const bool prefixes = between != NO_PREFIXES;
+			Korvo::FastInfoset::Test::PlainSaxRecorder expected;
+			FastInfosetParser reference(empty);
+			parseInto(reference, expected, next, prefixes);
+			{
+				std::unique_ptr<FastInfosetParser> pBefore(between == COPIED_TABLES ? new FastInfosetParser(empty) : new FastInfosetParser(impl));
+				Korvo::FastInfoset::Test::PlainSaxRecorder ignored;
+				parseInto(*pBefore, ignored, fis, true);
+				if (between == BROKE_OFF)
+				{
+					EXPECT_THROW(parseInto(*pBefore, ignored, fis.substr(0, fis.size() - 4), true), Korvo::Exception);
+				}
+			}
+			if (between == OTHER_VOCABULARY)
+			{
+				// Takes the tables just left and writes other names where the message's were.
+				DV other(impl);
+				bool existed;
+				for (DV::ID id: {DV::PREFIX, DV::NAMESPACE_NAME, DV::LOCAL_NAME})
+				{
+					for (const char* value: {"zz", "urn:z", "zzz", "z"}) other.index(id, value, existed);
+				}
+				for (unsigned int local = 1; local < 4; ++local) other.elementVocabulary()->index(QualifiedNameEntry(2, 2, local), existed);
+			}
+			Korvo::FastInfoset::Test::PlainSaxRecorder recorder;
+			FastInfosetParser made(impl);
+			parseInto(made, recorder, next, prefixes);
+			EXPECT_EQ(expected.events(), recorder.events());
+			expectSameVocabulary(reference.vocabulary(), made.vocabulary());
 		}
 	}
 }

@@ -550,8 +550,6 @@ private:
 	bool                         _repeatQNames = true;
 		/// The namespace-prefixes feature when the records were made.
 	RepeatStore                  _repeatStore = REPEAT_ANY;
-	bool                         _parsedBefore = false;
-		/// Whether a document began here before.
 	const void*                  _pRepeatTables[REPEAT_TABLES] = {};
 	unsigned                     _repeatEndSizes[REPEAT_TABLES] = {};
 		/// The tables of the records, and their sizes when the document ended.
