@@ -630,6 +630,14 @@ namespace
 			sizes[4] = sizeOf(*pNameTables[0]);
 		}
 
+		static bool at(Vocabulary<std::string>* const* pTables, Vocabulary<QualifiedNameEntry>* const* pNameTables, const unsigned sizes[])
+			/// Whether the tables have the given sizes.
+		{
+			return sizeOf(*pTables[DocumentVocabulary::LOCAL_NAME]) == sizes[2] && sizeOf(*pNameTables[1]) == sizes[3]
+				&& sizeOf(*pNameTables[0]) == sizes[4] && sizeOf(*pTables[DocumentVocabulary::PREFIX]) == sizes[0]
+				&& sizeOf(*pTables[DocumentVocabulary::NAMESPACE_NAME]) == sizes[1];
+		}
+
 		template <class T>
 		static unsigned sizeOf(const Vocabulary<T>& table)
 		{
@@ -746,9 +754,20 @@ const FastInfosetParser::RepeatRecord* FastInfosetParser::repeated(RepeatKind ki
 		if (record.kind == kind && record.head == head && static_cast<std::size_t>(pEnd - p) >= record.length
 			&& sameOctets(reinterpret_cast<const char*>(p), _repeatOctets.data() + record.offset, record.length))
 		{
-			unsigned sizes[REPEAT_TABLES];
-			tableSizes(sizes);
-			if (std::equal(sizes, sizes + REPEAT_TABLES, record.sizesBefore)) return &record;
+			if (_repeatStore == REPEAT_INDEXED)
+			{
+				if (RepeatTables<IndexedVocabulary>::at(_pTables, _pNameTables, record.sizesBefore)) return &record;
+			}
+			else if (_repeatStore == REPEAT_VECTOR)
+			{
+				if (RepeatTables<VectorVocabulary>::at(_pTables, _pNameTables, record.sizesBefore)) return &record;
+			}
+			else
+			{
+				unsigned sizes[REPEAT_TABLES];
+				tableSizes(sizes);
+				if (std::equal(sizes, sizes + REPEAT_TABLES, record.sizesBefore)) return &record;
+			}
 		}
 	}
 	// From here on this document makes its own records.
