@@ -221,7 +221,7 @@ bool FastInfosetParser::takeSpareParts()
 	// this parser's vocabulary took the very tables that the records
 	// describe, straight from the vocabulary of the parser that made them:
 	// then the records hold as they would have for that parser.
-	for (RecycledAttributes* pList: _madeLists) pList->forgetSources();
+	forgetSources();
 	forgetFilters();
 	_openElements.clear();
 	_prefixMappings.clear();
@@ -521,8 +521,6 @@ void FastInfosetParser::parseDocument(BitStreamReader& aReader)
 	_elementNames.clear();
 	_attributeNames.clear();
 	_unindexedStrings.clear();
-	// The tables are about to be rebuilt: no list may trust the strings it copied from.
-	for (RecycledAttributes* pList: _madeLists) pList->forgetSources();
 	// The last document's records hold only if its tables ended as they
 	// stand now: nothing was added to them since.
 	bool usable = _repeatsUsable && !_repeats.empty();
@@ -558,6 +556,9 @@ void FastInfosetParser::parseDocument(BitStreamReader& aReader)
 	_externalVocabularies.endHeader();
 	forgetTables();
 	beginRepeats(hasInitialVocabulary);
+	// The tables have been rebuilt: no list may trust the strings it copied
+	// from, unless the document grows them back over the same strings.
+	if (!_repeating) forgetSources();
 	if (_pDocumentHandler) _pDocumentHandler->setDocumentVocabulary(_vocabulary);
 	parseDocumentChildren(aReader, parts);
 	if (_pContentHandler) _pContentHandler->startDocument();
@@ -770,10 +771,24 @@ const FastInfosetParser::RepeatRecord* FastInfosetParser::repeated(RepeatKind ki
 			}
 		}
 	}
-	// From here on this document makes its own records.
+	stopRepeating();
+	return nullptr;
+}
+
+
+void FastInfosetParser::stopRepeating()
+{
+	// From here on this document makes its own records, and its names may
+	// go where the last document's went.
 	_repeating = false;
 	keepRepeats(_repeatCursor);
-	return nullptr;
+	forgetSources();
+}
+
+
+void FastInfosetParser::forgetSources()
+{
+	for (RecycledAttributes* pList: _madeLists) pList->forgetSources();
 }
 
 
@@ -1680,6 +1695,7 @@ const std::string& FastInfosetParser::declareNamespace(BitStreamReader& aReader,
 	if (aReader.bitPos() != 6) throw FISEncodingException("Illegal startposition for a NamespaceAttribute value");
 
 	const char* pMessage = "Unexpected end of stream while parsing namespace attribute";
+	if (_repeating) stopRepeating();
 	bool prefixPresent = readBit(aReader, pMessage);
 	bool namespacePresent = readBit(aReader, pMessage);
 	const std::string& prefix = parseCondIdentifyingStringOrIndex(aReader, prefixPresent, DocumentVocabulary::PREFIX);
@@ -1815,6 +1831,7 @@ unsigned FastInfosetParser::readLiteralQualifiedName(BitStreamReader& aReader, R
 {
 	aReader.skip(aReader.bitPos() == 1 ? 5 : 4);
 	const char* pMessage = "Unexpected end of stream while parsing qualified name";
+	if (_repeating) stopRepeating();
 	bool prefixPresent = readBit(aReader, pMessage);
 	bool namespacePresent = readBit(aReader, pMessage);
 	unsigned prefixIndex = 0;

@@ -469,6 +469,11 @@ private:
 		/// The record the last document had at this point, if it holds the
 		/// octets at p and the tables stand as they did.
 		/// Stops repeating otherwise.
+	void stopRepeating();
+		/// Drops the records from here on; the attribute lists may no
+		/// longer trust the strings they copied.
+	void forgetSources();
+		/// Makes every attribute list copy its names again.
 	void growTables(const RepeatRecord& record);
 		/// Grows the tables as they grew when the record was made.
 	RepeatRecord* recordRepeat(RepeatKind kind, unsigned char head, const unsigned char* p, const unsigned char* pEnd, const unsigned sizesBefore[REPEAT_TABLES]);
@@ -540,7 +545,10 @@ private:
 	std::size_t                  _repeatCursor = 0;
 		/// The next record to repeat.
 	bool                         _repeating = false;
-		/// This document has repeated every record so far.
+		/// This document has repeated every record so far: it has put no
+		/// name of its own in the tables, so the strings the attribute
+		/// lists copied names from, in this document or the last, still
+		/// hold them.
 	bool                         _recording = false;
 		/// This document's records are kept.
 	bool                         _repeatsUsable = false;
