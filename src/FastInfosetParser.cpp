@@ -165,7 +165,8 @@ FastInfosetParser::FastInfosetParser(DocumentVocabulary::VocabularyImpl impl):
 	_fisContentHandlerKnown(true),
 	_namespacePrefixes(true),
 	_attributeQNames(false),
-	_vocabulary(impl)
+	_vocabulary(impl),
+	_vocabularyAsNew(true)
 {
 	findTables();
 	if (!takeSpareParts()) reserveBuffers();
@@ -542,10 +543,14 @@ void FastInfosetParser::parseDocument(BitStreamReader& aReader)
 	unsigned char flags = 0;
 	const bool hasInitialVocabulary = !aReader.canRead(7) || !aReader.peek(flags, 7) || (flags & 0x20) != 0;
 	_externalVocabularies.beginDocument();
+	// The tables of a vocabulary just made need no emptying, unless
+	// something was put in them since.
+	const bool asNew = _vocabularyAsNew && tablesAsNew();
+	_vocabularyAsNew = false;
 	Decoder::OpenHeaderParts parts;
 	try
 	{
-		parts = Decoder::documentHeader(aReader, _vocabulary, _pDocumentHandler, &_externalVocabularies);
+		parts = Decoder::documentHeader(aReader, _vocabulary, _pDocumentHandler, &_externalVocabularies, !asNew);
 	}
 	catch (...)
 	{
@@ -665,6 +670,16 @@ namespace
 		RepeatTables<V>::grow(*pNameTables[1], from[3], to[3]);
 		RepeatTables<V>::grow(*pNameTables[0], from[4], to[4]);
 	}
+}
+
+
+bool FastInfosetParser::tablesAsNew() const
+{
+	for (unsigned id = DocumentVocabulary::PREFIX; id <= DocumentVocabulary::CHARACTER_CONTENT_CHUNK; ++id)
+	{
+		if (_pTables[id]->size() != (id <= DocumentVocabulary::NAMESPACE_NAME ? 2u : 1u)) return false;
+	}
+	return _pNameTables[0]->size() == 1 && _pNameTables[1]->size() == 1;
 }
 
 

@@ -367,3 +367,30 @@ TEST(ParserTableKindsRepeatTest, AParserMadeAfterAnotherReadsAsAFreshOneWhatever
 		}
 	}
 }
+
+
+TEST(ParserTableKindsRepeatTest, ANewParsersFirstDocumentStartsFromNewTablesWhateverWasAddedBefore)
+{
+	// A new parser's first document skips emptying the tables that its
+	// vocabulary has just made, unless something was added to them since.
+	const std::string fis = repeatingMessage("p", "n");
+	for (DV::VocabularyImpl impl: {DV::VOC_MAP, DV::VOC_HASH, DV::VOC_VECTOR})
+	{
+		const DV empty(impl);
+		for (int added = 0; added < 3; ++added)
+		{
+			SCOPED_TRACE(added);
+			Korvo::FastInfoset::Test::PlainSaxRecorder expected;
+			FastInfosetParser reference(empty);
+			parseInto(reference, expected, fis, true);
+			FastInfosetParser parser(impl);
+			bool existed;
+			if (added == 1) parser.vocabulary().vocabulary(DV::LOCAL_NAME)->index("stale", existed);
+			if (added == 2) parser.getQNameVocabulary(true).index(QualifiedNameEntry(0, 0, 1), existed);
+			Korvo::FastInfoset::Test::PlainSaxRecorder recorder;
+			parseInto(parser, recorder, fis, true);
+			EXPECT_EQ(expected.events(), recorder.events());
+			expectSameVocabulary(reference.vocabulary(), parser.vocabulary());
+		}
+	}
+}

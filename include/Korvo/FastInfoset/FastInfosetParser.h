@@ -401,6 +401,8 @@ private:
 	unsigned addLiteral(DocumentVocabulary::ID id, Vocabulary<std::string>& table, const std::string& value);
 		/// Adds value to table, which is table id, as its index-or-add
 		/// operation does; returns the index.
+	bool tablesAsNew() const;
+		/// Whether every table holds as many values as a new vocabulary's.
 	void findTables();
 		/// Takes the tables' addresses from the vocabulary, which a
 		/// document header may have changed.
@@ -498,6 +500,8 @@ private:
 	bool                         _namespacePrefixes;
 	bool                         _attributeQNames;
 	DocumentVocabulary           _vocabulary;
+	bool                         _vocabularyAsNew = false;
+		/// Whether _vocabulary may still be as its constructor made it.
 	ExternalVocabularies         _externalVocabularies;
 	std::vector<std::unique_ptr<RecycledAttributes>> _attributeLists;
 		/// The attribute list of each of the first element names, by name
