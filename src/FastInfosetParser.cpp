@@ -653,7 +653,7 @@ namespace
 		template <class T>
 		static void grow(Vocabulary<T>& table, unsigned from, unsigned to)
 		{
-			if (from != to && !static_cast<V<T>&>(table).appendSpares(to - from)) growTo(table, from, to);
+			if (!static_cast<V<T>&>(table).appendSpares(to - from)) growTo(table, from, to);
 		}
 	};
 }
@@ -662,13 +662,17 @@ namespace
 namespace
 {
 	template <template <class> class V>
-	inline void growAs(Vocabulary<std::string>* const* pTables, Vocabulary<QualifiedNameEntry>* const* pNameTables, const unsigned* from, const unsigned* to)
+	inline void growAs(Vocabulary<std::string>* const* pTables, Vocabulary<QualifiedNameEntry>* const* pNameTables, unsigned grown, const unsigned* from, const unsigned* to)
 	{
-		RepeatTables<V>::grow(*pTables[DocumentVocabulary::PREFIX], from[0], to[0]);
-		RepeatTables<V>::grow(*pTables[DocumentVocabulary::NAMESPACE_NAME], from[1], to[1]);
-		RepeatTables<V>::grow(*pTables[DocumentVocabulary::LOCAL_NAME], from[2], to[2]);
-		RepeatTables<V>::grow(*pNameTables[1], from[3], to[3]);
-		RepeatTables<V>::grow(*pNameTables[0], from[4], to[4]);
+		// Mostly a local name and an element or attribute name.
+		if (grown & 4) RepeatTables<V>::grow(*pTables[DocumentVocabulary::LOCAL_NAME], from[2], to[2]);
+		if (grown & 8) RepeatTables<V>::grow(*pNameTables[1], from[3], to[3]);
+		if (grown & 16) RepeatTables<V>::grow(*pNameTables[0], from[4], to[4]);
+		if (grown & 3)
+		{
+			if (grown & 1) RepeatTables<V>::grow(*pTables[DocumentVocabulary::PREFIX], from[0], to[0]);
+			if (grown & 2) RepeatTables<V>::grow(*pTables[DocumentVocabulary::NAMESPACE_NAME], from[1], to[1]);
+		}
 	}
 }
 
@@ -814,9 +818,9 @@ void FastInfosetParser::growTables(const RepeatRecord& record)
 	const unsigned* from = record.sizesBefore;
 	const unsigned* to = record.sizesAfter;
 	if (_repeatStore == REPEAT_INDEXED)
-		growAs<IndexedVocabulary>(_pTables, _pNameTables, from, to);
+		growAs<IndexedVocabulary>(_pTables, _pNameTables, record.grown, from, to);
 	else if (_repeatStore == REPEAT_VECTOR)
-		growAs<VectorVocabulary>(_pTables, _pNameTables, from, to);
+		growAs<VectorVocabulary>(_pTables, _pNameTables, record.grown, from, to);
 	else
 	{
 		if (to[0] != from[0]) growTo(*_pTables[DocumentVocabulary::PREFIX], from[0], to[0]);
@@ -847,6 +851,8 @@ FastInfosetParser::RepeatRecord* FastInfosetParser::recordRepeat(RepeatKind kind
 	record.offset = _repeatOctets.size();
 	record.length = static_cast<std::size_t>(pEnd - p);
 	std::copy(sizesBefore, sizesBefore + REPEAT_TABLES, record.sizesBefore);
+	record.grown = 0;
+	for (unsigned i = 0; i < REPEAT_TABLES; ++i) record.grown |= record.sizesAfter[i] != sizesBefore[i] ? 1u << i : 0u;
 	record.nameIndex = 0;
 	record.firstDeclaration = _repeatDeclarations.size();
 	record.declarations = 0;
