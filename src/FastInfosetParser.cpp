@@ -16,6 +16,7 @@
 #include "Korvo/FastInfoset/FISContentHandler.h"
 #include "Korvo/FastInfoset/FISDocumentHandler.h"
 #include "Korvo/FastInfoset/FISException.h"
+#include "Korvo/FastInfoset/CDataEncoding.h"
 #include "Korvo/FastInfoset/Encoder.h"
 #include "Korvo/FastInfoset/EncodingAlgorithm.h"
 #include "Korvo/FastInfoset/NullEncoding.h"
@@ -1973,6 +1974,21 @@ void FastInfosetParser::parseCharacterChunk(BitStreamReader& aReader)
 			Decoder::nonEmptyOctetString(aReader, text);
 			if (head & 0x04) addToItsTable(DocumentVocabulary::CHARACTER_CONTENT_CHUNK, text);
 			deliverText(text);
+			return;
+		}
+		// A CDATA section (a literal of the built-in algorithm, whose index
+		// no application can take) is read into the same reused string
+		// instead of a value made for it.
+		unsigned headAndAlgorithm = 0;
+		if ((head & 0x0B) == 0x03 && aReader.peek(headAndAlgorithm, 12) && (headAndAlgorithm & 0xFF) == EncodingAlgorithm::CDATA_ENCODING - 1)
+		{
+			aReader.skip(12);
+			std::string& text = nullEncoding().content();
+			CDataEncoding::decode(aReader, text);
+			if (head & 0x04) addToItsTable(DocumentVocabulary::CHARACTER_CONTENT_CHUNK, text);
+			if (_pLexicalHandler) _pLexicalHandler->startCDATA();
+			deliverText(text);
+			if (_pLexicalHandler) _pLexicalHandler->endCDATA();
 			return;
 		}
 	}
