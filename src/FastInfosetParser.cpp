@@ -1214,7 +1214,7 @@ const std::string& FastInfosetParser::enterLiteral(DocumentVocabulary::ID id, Vo
 		_unindexedStrings.push_back(value);
 		return _unindexedStrings.back();
 	}
-	index = addLiteral(id, table, value);
+	index = _pStringFilters[id - DocumentVocabulary::PREFIX].addSpare(table, value);
 	return *table.lookup(index);
 }
 
@@ -1345,7 +1345,7 @@ const std::string& FastInfosetParser::addValue(DocumentVocabulary::ID id, const 
 	Vocabulary<std::string>& table = *_pTables[id];
 	std::string& value = table.spare();
 	assignChanged(value, pText, length);
-	if (!isFull(table)) return *table.lookup(addLiteral(id, table, value));
+	if (!isFull(table)) return *table.lookup(_pStringFilters[id - DocumentVocabulary::PREFIX].addSpare(table, value));
 	return value;
 }
 

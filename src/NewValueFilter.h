@@ -68,6 +68,18 @@ public:
 	inline __attribute__((always_inline)) unsigned int add(Vocabulary<T>& table, const T& value)
 		/// What table.index(value, existed) returns.
 	{
+		return add(table, value, false);
+	}
+
+	inline __attribute__((always_inline)) unsigned int addSpare(Vocabulary<T>& table, const T& value)
+		/// add() for the value built in table.spare().
+	{
+		return add(table, value, true);
+	}
+
+private:
+	inline __attribute__((always_inline)) unsigned int add(Vocabulary<T>& table, const T& value, bool isSpare)
+	{
 		if (&table == _pTable)
 		{
 			if (!_pIndexed)
@@ -75,7 +87,7 @@ public:
 				bool existed;
 				return table.index(value, existed);
 			}
-			if (_pIndexed->IndexedVocabulary<T>::size() != _covered) return filter(table, value);
+			if (_pIndexed->IndexedVocabulary<T>::size() != _covered) return filter(table, value, isSpare);
 			// The common case, inline: a new value, appended without a search.
 			const Korvo::UInt32 hash = entryOf(hashOf(value));
 			std::size_t i = hash & _mask;
@@ -89,16 +101,18 @@ public:
 			if (_room != 0)
 			{
 				// The table refuses a value beyond its capacity before the set takes it.
-				_pIndexed->append(value);
+				if (isSpare)
+					_pIndexed->appendSpare();
+				else
+					_pIndexed->append(value);
 				_slots[i] = hash;
 				--_room;
 				return _covered++;
 			}
 		}
-		return filter(table, value);
+		return filter(table, value, isSpare);
 	}
 
-private:
 	enum
 	{
 		LIMIT = 64,
@@ -109,7 +123,7 @@ private:
 		EMPTY = 0
 	};
 
-	unsigned int __attribute__((noinline)) filter(Vocabulary<T>& table, const T& value)
+	unsigned int __attribute__((noinline)) filter(Vocabulary<T>& table, const T& value, bool isSpare)
 	{
 		// Whatever added to the table other than here makes the set start again.
 		if (&table != _pTable || !holdsCovered()) cover(table);
@@ -119,7 +133,7 @@ private:
 			return table.index(value, existed);
 		}
 		if (_room == 0) grow();
-		return add(table, value);
+		return add(table, value, isSpare);
 	}
 
 	unsigned int __attribute__((noinline)) search(Vocabulary<T>& table, const T& value)
