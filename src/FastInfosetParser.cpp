@@ -1214,8 +1214,7 @@ const std::string& FastInfosetParser::enterLiteral(DocumentVocabulary::ID id, Vo
 		_unindexedStrings.push_back(value);
 		return _unindexedStrings.back();
 	}
-	index = _pStringFilters[id - DocumentVocabulary::PREFIX].addSpare(table, value);
-	return *table.lookup(index);
+	return _pStringFilters[id - DocumentVocabulary::PREFIX].addSpare(table, value, index);
 }
 
 
@@ -1345,8 +1344,9 @@ const std::string& FastInfosetParser::addValue(DocumentVocabulary::ID id, const 
 	Vocabulary<std::string>& table = *_pTables[id];
 	std::string& value = table.spare();
 	assignChanged(value, pText, length);
-	if (!isFull(table)) return *table.lookup(_pStringFilters[id - DocumentVocabulary::PREFIX].addSpare(table, value));
-	return value;
+	if (isFull(table)) return value;
+	unsigned index = 0;
+	return _pStringFilters[id - DocumentVocabulary::PREFIX].addSpare(table, value, index);
 }
 
 

@@ -55,6 +55,7 @@ public:
 		_pTable(nullptr),
 		_pIndexed(nullptr),
 		_covered(0),
+		_found(false),
 		_room(0),
 		_mask(0)
 	{
@@ -71,10 +72,14 @@ public:
 		return add(table, value, false);
 	}
 
-	inline __attribute__((always_inline)) unsigned int addSpare(Vocabulary<T>& table, const T& value)
-		/// add() for the value built in table.spare().
+	inline __attribute__((always_inline)) const T& addSpare(Vocabulary<T>& table, const T& value, unsigned int& index)
+		/// add() for the value built in table.spare(): gives the index and
+		/// returns the stored value.
 	{
-		return add(table, value, true);
+		_found = false;
+		index = add(table, value, true);
+		// A new value, appended here or by the table, stays where it was built.
+		return _pIndexed && !_found && index + 1 == _covered ? value : *table.lookup(index);
 	}
 
 private:
@@ -143,6 +148,7 @@ private:
 		const unsigned int index = table.index(value, existed);
 		// A value added there shares its hash with one in the set already.
 		_covered = table.size();
+		_found = existed;
 		return index;
 	}
 
@@ -250,6 +256,8 @@ private:
 		/// Null where the set is not used.
 	unsigned int               _covered;
 		/// The table's size when the set last matched it.
+	bool                       _found;
+		/// Whether the table's own operation found the last value added.
 	std::size_t                _room;
 		/// Entries the set takes before it grows.
 	std::size_t                _mask;

@@ -243,6 +243,26 @@ TEST(ParserTableKindsRepeatTest, ALiteralRepeatingATableValueIsFoundByIndexedTab
 }
 
 
+TEST(ParserTableKindsRepeatTest, ANameRepeatingTheLastOneAddedKeepsItsText)
+{
+	// <x1><x2><x9><x8/></x9></x2></x1> with x9 turned into a repeat of x2,
+	// the local name added last: the element it names still ends as x2
+	// after x8 is read, whatever the tables.
+	std::ostringstream out;
+	FastInfosetWriter writer(out, false, DV::VOC_MAP);
+	const Korvo::XML::AttributesImpl none;
+	writer.startDocument();
+	for (const char* name: {"x1", "x2", "x9", "x8"}) writer.startElement("", name, "", none);
+	for (const char* name: {"x8", "x9", "x2", "x1"}) writer.endElement("", name, "");
+	writer.endDocument();
+	std::string fis = out.str();
+	fis.replace(fis.rfind("x9"), 2, "x2");
+	const std::vector<std::string> expected = parse(fis, DV::VOC_VECTOR).events;
+	ASSERT_EQ(std::string::npos, expected.back().find("x9"));
+	for (DV::VocabularyImpl impl: {DV::VOC_MAP, DV::VOC_HASH}) EXPECT_EQ(expected, parse(fis, impl).events) << impl;
+}
+
+
 TEST(ParserTableKindsRepeatTest, AReusedParserReadsDocumentsThatRepeatTheLastOnesNamesAlike)
 {
 	// Documents that repeat the one before, in part or whole, or break off,
