@@ -76,7 +76,12 @@ public:
 		/// add() for the value built in table.spare(): gives the index and
 		/// returns the stored value.
 	{
-		_found = false;
+		if (&table == _pTable && !_pIndexed)
+		{
+			bool existed;
+			index = table.index(value, existed);
+			return *table.lookup(index);
+		}
 		index = add(table, value, true);
 		// A new value, appended here or by the table, stays where it was built.
 		return _pIndexed && !_found && index + 1 == _covered ? value : *table.lookup(index);
@@ -112,6 +117,7 @@ private:
 					_pIndexed->append(value);
 				_slots[i] = hash;
 				--_room;
+				_found = false;
 				return _covered++;
 			}
 		}
