@@ -221,7 +221,10 @@ void FastInfosetParser::giveSpareParts()
 		|| _openElements.capacity() > MAX_SPARE_NAMES) return;
 	// What the next parser finds here is storage only: it makes every
 	// list copy its names again, and forgets every filter, before its
-	// first document.
+	// first document. A filter grown large for a document is not kept.
+	for (std::size_t i = 0; i < STRING_TABLES; ++i) _pStringFilters[i].trim();
+	_pNameFilters[0].trim();
+	_pNameFilters[1].trim();
 	_attributeLists.swap(pSpare->attributeLists);
 	_madeLists.swap(pSpare->madeLists);
 	_qualifiedNames.swap(pSpare->qualifiedNames);

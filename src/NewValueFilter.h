@@ -66,6 +66,14 @@ public:
 		_pTable = nullptr;
 	}
 
+	void trim()
+		/// forget(), dropping a set grown large: for a filter kept for
+		/// another parser.
+	{
+		forget();
+		if (_slots.size() > LARGE_SLOTS) std::vector<Korvo::UInt32>().swap(_slots);
+	}
+
 	inline __attribute__((always_inline)) unsigned int add(Vocabulary<T>& table, const T& value)
 		/// What table.index(value, existed) returns.
 	{
