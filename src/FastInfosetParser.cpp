@@ -16,6 +16,7 @@
 #include "Korvo/FastInfoset/FISContentHandler.h"
 #include "Korvo/FastInfoset/FISDocumentHandler.h"
 #include "Korvo/FastInfoset/FISException.h"
+#include "Korvo/FastInfoset/CDataEncoding.h"
 #include "Korvo/FastInfoset/Encoder.h"
 #include "Korvo/FastInfoset/EncodingAlgorithm.h"
 #include "Korvo/FastInfoset/NullEncoding.h"
@@ -248,7 +249,10 @@ void FastInfosetParser::giveSpareParts()
 		|| _openElements.capacity() > MAX_SPARE_NAMES) return;
 	// What the next parser finds here is storage only: it makes every
 	// list copy its names again, and forgets every filter, before its
-	// first document.
+	// first document. A filter grown large for a document is not kept.
+	for (std::size_t i = 0; i < STRING_TABLES; ++i) _pStringFilters[i].trim();
+	_pNameFilters[0].trim();
+	_pNameFilters[1].trim();
 	_attributeLists.swap(pSpare->attributeLists);
 	_madeLists.swap(pSpare->madeLists);
 	_qualifiedNames.swap(pSpare->qualifiedNames);
@@ -1394,8 +1398,7 @@ const std::string& FastInfosetParser::enterLiteral(DocumentVocabulary::ID id, Vo
 		_unindexedStrings.push_back(value);
 		return _unindexedStrings.back();
 	}
-	index = addLiteral(id, table, value);
-	return *table.lookup(index);
+	return _pStringFilters[id - DocumentVocabulary::PREFIX].addSpare(table, value, index);
 }
 
 
@@ -1525,8 +1528,9 @@ const std::string& FastInfosetParser::addValue(DocumentVocabulary::ID id, const 
 	Vocabulary<std::string>& table = *_pTables[id];
 	std::string& value = table.spare();
 	assignChanged(value, pText, length);
-	if (!isFull(table)) return *table.lookup(addLiteral(id, table, value));
-	return value;
+	if (isFull(table)) return value;
+	unsigned index = 0;
+	return _pStringFilters[id - DocumentVocabulary::PREFIX].addSpare(table, value, index);
 }
 
 
@@ -2156,6 +2160,21 @@ void FastInfosetParser::parseCharacterChunk(BitStreamReader& aReader)
 			Decoder::nonEmptyOctetString(aReader, text);
 			if (head & 0x04) addToItsTable(DocumentVocabulary::CHARACTER_CONTENT_CHUNK, text);
 			deliverText(text);
+			return;
+		}
+		// A CDATA section (a literal of the built-in algorithm, whose index
+		// no application can take) is read into the same reused string
+		// instead of a value made for it.
+		unsigned headAndAlgorithm = 0;
+		if ((head & 0x0B) == 0x03 && aReader.peek(headAndAlgorithm, 12) && (headAndAlgorithm & 0xFF) == EncodingAlgorithm::CDATA_ENCODING - 1)
+		{
+			aReader.skip(12);
+			std::string& text = nullEncoding().content();
+			CDataEncoding::decode(aReader, text);
+			if (head & 0x04) addToItsTable(DocumentVocabulary::CHARACTER_CONTENT_CHUNK, text);
+			if (_pLexicalHandler) _pLexicalHandler->startCDATA();
+			deliverText(text);
+			if (_pLexicalHandler) _pLexicalHandler->endCDATA();
 			return;
 		}
 	}

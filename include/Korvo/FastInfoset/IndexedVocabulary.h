@@ -110,6 +110,14 @@ public:
 		return this->_index.appendSpares(n);
 	}
 
+	void appendSpare()
+		/// append() for the object that spare() returned last, stored where
+		/// it was built.
+	{
+		if (this->_index.size() >= _capacity) full();
+		this->_index.appendSpare();
+	}
+
 	unsigned int index(const T& value, bool& valueExisted) override
 	{
 		return add(value, valueExisted);
