@@ -518,15 +518,7 @@ void FastInfosetWriter::startElement(const XMLString& namespaceURI, const XMLStr
 		}
 		writeName(prefix, namespaceURI, *pLocalName, true, binding, &name);
 	}
-	if (!_attributeValues.empty())
-	{
-		for (const AttributeValue& attribute: _attributeValues)
-		{
-			_writer.write(false);
-			writeAttributeItem(*attribute.pPrefix, *attribute.pNamespaceURI, *attribute.pLocalName, *attribute.pValue);
-		}
-		writeTerminator();
-	}
+	if (!_attributeValues.empty()) writeAttributeItems();
 	// The children's context is opened only now: the names gathered above
 	// point into the current one.
 	namespaces.pushContext();
@@ -542,7 +534,8 @@ void FastInfosetWriter::elementName(const XMLString& namespaceURI, const XMLStri
 	prefix = std::string_view();
 	pLocalName = &localName;
 	binding = NamespaceContext::NOT_FOUND;
-	if (!localName.empty() && (qname.empty() || qname == localName))
+	// The names compared without a call: they are short.
+	if (!localName.empty() && (qname.empty() || (qname.size() == localName.size() && ValueHash<std::string>::sameOctets(qname.data(), localName.data(), qname.size()))))
 	{
 		if (!namespaceURI.empty())
 		{
@@ -916,10 +909,29 @@ void FastInfosetWriter::writeAttribute(const XMLString& prefix, const XMLString&
 }
 
 
+void __attribute__((noinline)) FastInfosetWriter::writeAttributeItems()
+{
+	// Apart, so that an element without attributes keeps fewer registers.
+	for (const AttributeValue& attribute: _attributeValues)
+		writeAttributeItem(*attribute.pPrefix, *attribute.pNamespaceURI, *attribute.pLocalName, *attribute.pValue);
+	writeTerminator();
+}
+
+
 inline void FastInfosetWriter::writeAttributeItem(const XMLString& prefix, const XMLString& ns, const XMLString& localName, const XMLString& value)
 {
 	poco_assert (!localName.empty());
-	writeName(prefix, ns, localName, false, NamespaceContext::NOT_FOUND);
+	NameLookup name;
+	lookUpName(prefix, ns, localName, false, name);
+	if (name.index >= 1 && name.index <= 64 && !value.empty() && value.size() <= ShortValue::MAX_SIZE)
+	{
+		// The item's '0', the name's '0' and its index make one octet, which
+		// goes out with the value.
+		writeShortValue(value, ShortValue(value.data(), value.size()), DocumentVocabulary::ATTRIBUTE_VALUE, name.index - 1, 8);
+		return;
+	}
+	_writer.write(false);
+	writeName(prefix, ns, localName, false, NamespaceContext::NOT_FOUND, &name);
 	writeAttributeValue(value);
 }
 
@@ -956,7 +968,7 @@ unsigned int FastInfosetWriter::writeQualifiedNameOrIndex(const XMLString& prefi
 }
 
 
-inline void FastInfosetWriter::lookUpName(std::string_view prefix, const XMLString& ns, const XMLString& localName, bool inElement, NameLookup& lookup) const
+inline __attribute__((always_inline)) void FastInfosetWriter::lookUpName(std::string_view prefix, const XMLString& ns, const XMLString& localName, bool inElement, NameLookup& lookup) const
 {
 	// Names repeat: one look-up of the whole name replaces four table
 	// look-ups once a name has been seen. The local name's hash serves
@@ -994,10 +1006,10 @@ unsigned int FastInfosetWriter::writeName(std::string_view prefix, const XMLStri
 	}
 	else
 	{
-		writeTerminator();
-		if (startPos == 1) _writer.write(false);
+		// '1111', and the '0' of a name at the second bit, go out with the
+		// name's parts.
 		QualifiedNameEntry qne;
-		idx = writeNewQualifiedName(prefix, ns, localName, localNameHash, inElement, binding, qne);
+		idx = writeNewQualifiedName(prefix, ns, localName, localNameHash, inElement, binding, qne, startPos == 1 ? 0x1E : 0xF, startPos == 1 ? 5 : 4);
 		if (idx) knownNames.add(slot, hash, prefix, ns, localName, inElement, qne, idx);
 	}
 	poco_assert (_writer.bitPos() == 0);
@@ -1026,14 +1038,14 @@ unsigned int FastInfosetWriter::writeQualifiedName(const XMLString& prefix, cons
 {
 	poco_assert (!localName.empty());
 	QualifiedNameEntry qne;
-	if (!writeNameParts(prefix, ns, localName, ValueHash<std::string>()(localName), inElement, NamespaceContext::NOT_FOUND, qne)) return 0;
+	if (!writeNameParts(prefix, ns, localName, ValueHash<std::string>()(localName), inElement, NamespaceContext::NOT_FOUND, qne, 0, 0)) return 0;
 	return insertQualifiedName(qne, inElement);
 }
 
 
-unsigned int FastInfosetWriter::writeNewQualifiedName(std::string_view prefix, const XMLString& ns, const XMLString& localName, Korvo::UInt32 localNameHash, bool inElement, std::size_t binding, QualifiedNameEntry& qne)
+unsigned int FastInfosetWriter::writeNewQualifiedName(std::string_view prefix, const XMLString& ns, const XMLString& localName, Korvo::UInt32 localNameHash, bool inElement, std::size_t binding, QualifiedNameEntry& qne, unsigned int lead, int leadBits)
 {
-	if (!writeNameParts(prefix, ns, localName, localNameHash, inElement, binding, qne)) return 0;
+	if (!writeNameParts(prefix, ns, localName, localNameHash, inElement, binding, qne, lead, leadBits)) return 0;
 	// Known to be absent, it is appended without a look-up; the table's
 	// index, if it has one, takes it in when next asked.
 	if (IndexedVocabulary<QualifiedNameEntry>* pNames = _pIndexedNames[inElement])
@@ -1046,35 +1058,86 @@ unsigned int FastInfosetWriter::writeNewQualifiedName(std::string_view prefix, c
 }
 
 
-bool FastInfosetWriter::writeNameParts(std::string_view prefix, const XMLString& ns, const XMLString& localName, Korvo::UInt32 localNameHash, bool inElement, std::size_t binding, QualifiedNameEntry& qne)
+bool FastInfosetWriter::writeNameParts(std::string_view prefix, const XMLString& ns, const XMLString& localName, Korvo::UInt32 localNameHash, bool inElement, std::size_t binding, QualifiedNameEntry& qne, unsigned int lead, int leadBits)
 {
-	_writer.write(!prefix.empty());
-	_writer.write(!ns.empty());
+	// The bits up to the end of the octet, the indices of the parts and the
+	// length of a literal part are gathered into one field, which goes out
+	// with the literal's octets.
+	NameField field{(Korvo::UInt64(lead) << 2) | (prefix.empty() ? 0u : 2u) | (ns.empty() ? 0u : 1u), leadBits + 2};
+	// Elsewhere each part checks its own position.
+	if (((_writer.bitPos() + field.bits) & 7) != 0) flush(field);
 	unsigned int prefixIdx;
 	unsigned int nsIdx;
 	if (binding != NamespaceContext::NOT_FOUND && _pState->namespaces.tableIndices(binding, prefixIdx, nsIdx))
 	{
 		// Both are in their tables since the declaration was written.
-		if (!prefix.empty()) writeIdentifyingStringIndex(prefixIdx);
-		writeIdentifyingStringIndex(nsIdx);
+		if (!prefix.empty()) appendIndex(field, prefixIdx);
+		appendIndex(field, nsIdx);
 	}
 	else
 	{
-		prefixIdx = prefix.empty() ? 0 : writeIdentifyingStringOrIndex(_scratchPrefix.assign(prefix.data(), prefix.size()), DocumentVocabulary::PREFIX);
-		nsIdx = ns.empty() ? 0 : writeIdentifyingStringOrIndex(ns, DocumentVocabulary::NAMESPACE_NAME);
+		bool exists;
+		prefixIdx = 0;
+		nsIdx = 0;
+		if (!prefix.empty())
+		{
+			prefixIdx = indexString(DocumentVocabulary::PREFIX, prefix, exists);
+			if (exists) appendIndex(field, prefixIdx); else appendLiteral(field, prefix);
+		}
+		if (!ns.empty())
+		{
+			nsIdx = indexString(DocumentVocabulary::NAMESPACE_NAME, ns, exists);
+			if (exists) appendIndex(field, nsIdx); else appendLiteral(field, ns);
+		}
 		if (binding != NamespaceContext::NOT_FOUND && prefixIdx != NOT_INDEXED && nsIdx != NOT_INDEXED) _pState->namespaces.setTableIndices(binding, prefixIdx, nsIdx);
 	}
 	bool exists;
 	const unsigned int localNameIdx = indexString(DocumentVocabulary::LOCAL_NAME, localName, localNameHash, exists);
-	if (exists)
-		writeIdentifyingStringIndex(localNameIdx);
-	else
-		writeIdentifyingString(localName, DocumentVocabulary::LOCAL_NAME);
+	if (exists) appendIndex(field, localNameIdx); else appendLiteral(field, localName);
+	flush(field);
 	// A name with a part that no table holds, or a full name table, is not
 	// indexed: the reader adds nothing either.
 	if (prefixIdx == NOT_INDEXED || nsIdx == NOT_INDEXED || localNameIdx == NOT_INDEXED || isFull(getQNameVocabulary(inElement))) return false;
 	qne = QualifiedNameEntry(prefixIdx, nsIdx, localNameIdx);
 	return true;
+}
+
+
+inline void FastInfosetWriter::flush(NameField& field)
+{
+	if (field.bits == 0) return;
+	_writer.write(field.value, field.bits, nullptr, 0);
+	field.bits = 0;
+}
+
+
+inline void FastInfosetWriter::appendIndex(NameField& field, unsigned int idx)
+{
+	// Nothing gathered: the writer is not known to be at an octet's start.
+	unsigned int reference;
+	int bits;
+	if (field.bits != 0 && referenceField(0, idx, reference, bits) && field.bits + bits <= MAX_NAME_FIELD)
+	{
+		field.value = (field.value << bits) | reference;
+		field.bits += bits;
+		return;
+	}
+	flush(field);
+	writeIdentifyingStringIndex(idx);
+}
+
+
+void FastInfosetWriter::appendLiteral(NameField& field, std::string_view str)
+{
+	if (field.bits != 0 && !str.empty() && str.size() <= SHORT_LITERAL && field.bits + 8 <= MAX_NAME_FIELD)
+	{
+		// The '0' and the length make one octet.
+		_writer.write((field.value << 8) | (str.size() - 1), field.bits + 8, str.data(), str.size());
+		field.bits = 0;
+		return;
+	}
+	flush(field);
+	writeIdentifyingString(std::string(str), DocumentVocabulary::LOCAL_NAME);
 }
 
 
