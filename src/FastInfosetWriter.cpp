@@ -314,6 +314,16 @@ void FastInfosetWriter::forgetNames()
 
 void FastInfosetWriter::findTables()
 {
+	if (_vocabularyFresh && _vocabulary.impl() != DocumentVocabulary::VOC_VECTOR)
+	{
+		// A fresh vocabulary's tables are all of its kind, which finds values.
+		for (unsigned int id = DocumentVocabulary::PREFIX; id <= DocumentVocabulary::CHARACTER_CONTENT_CHUNK; ++id)
+			_pIndexedTables[id] = static_cast<IndexedVocabulary<std::string>*>(_vocabulary.vocabulary(DocumentVocabulary::ID(id)));
+		_pIndexedNames[0] = static_cast<IndexedVocabulary<QualifiedNameEntry>*>(_vocabulary.attributeVocabulary());
+		_pIndexedNames[1] = static_cast<IndexedVocabulary<QualifiedNameEntry>*>(_vocabulary.elementVocabulary());
+		_bindingIndices = true;
+		return;
+	}
 	// Tables of the other kinds, a vector table or one an application made,
 	// are asked through their virtual functions.
 	for (unsigned int id = DocumentVocabulary::PREFIX; id <= DocumentVocabulary::CHARACTER_CONTENT_CHUNK; ++id)
@@ -409,8 +419,15 @@ void FastInfosetWriter::startDocument()
 	if (_documentStarted) throw FISException("startDocument() not allowed: a writer writes one document");
 	requireState(UNINITIALIZED, "startDocument() not allowed inside an element");
 	_documentStarted = true;
-	// The tables may have been changed in place since the names were learnt.
-	forgetNames();
+	// The tables may have been changed in place since the names were learnt,
+	// unless the vocabulary is still the constructor's, which the state's
+	// names were reset for.
+	if (_vocabularyFresh)
+	{
+		findTables();
+		_knownNamesComplete = getQNameVocabulary(true).size() <= 1 && getQNameVocabulary(false).size() <= 1;
+	}
+	else forgetNames();
 	writeHeader();
 	if (_shortestLiterals)
 	{
@@ -1043,7 +1060,7 @@ unsigned int FastInfosetWriter::writeQualifiedName(const XMLString& prefix, cons
 }
 
 
-unsigned int FastInfosetWriter::writeNewQualifiedName(std::string_view prefix, const XMLString& ns, const XMLString& localName, Korvo::UInt32 localNameHash, bool inElement, std::size_t binding, QualifiedNameEntry& qne, unsigned int lead, int leadBits)
+inline __attribute__((always_inline)) unsigned int FastInfosetWriter::writeNewQualifiedName(std::string_view prefix, const XMLString& ns, const XMLString& localName, Korvo::UInt32 localNameHash, bool inElement, std::size_t binding, QualifiedNameEntry& qne, unsigned int lead, int leadBits)
 {
 	if (!writeNameParts(prefix, ns, localName, localNameHash, inElement, binding, qne, lead, leadBits)) return 0;
 	// Known to be absent, it is appended without a look-up; the table's
@@ -1058,7 +1075,7 @@ unsigned int FastInfosetWriter::writeNewQualifiedName(std::string_view prefix, c
 }
 
 
-bool FastInfosetWriter::writeNameParts(std::string_view prefix, const XMLString& ns, const XMLString& localName, Korvo::UInt32 localNameHash, bool inElement, std::size_t binding, QualifiedNameEntry& qne, unsigned int lead, int leadBits)
+inline __attribute__((always_inline)) bool FastInfosetWriter::writeNameParts(std::string_view prefix, const XMLString& ns, const XMLString& localName, Korvo::UInt32 localNameHash, bool inElement, std::size_t binding, QualifiedNameEntry& qne, unsigned int lead, int leadBits)
 {
 	// The bits up to the end of the octet, the indices of the parts and the
 	// length of a literal part are gathered into one field, which goes out
@@ -1127,7 +1144,7 @@ inline void FastInfosetWriter::appendIndex(NameField& field, unsigned int idx)
 }
 
 
-void FastInfosetWriter::appendLiteral(NameField& field, std::string_view str)
+inline void FastInfosetWriter::appendLiteral(NameField& field, std::string_view str)
 {
 	if (field.bits != 0 && !str.empty() && str.size() <= SHORT_LITERAL && field.bits + 8 <= MAX_NAME_FIELD)
 	{
