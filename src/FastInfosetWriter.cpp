@@ -239,6 +239,8 @@ void FastInfosetWriter::init()
 	_states.swap(_pState->states);
 	_prefixMarks.swap(_pState->prefixMarks);
 	_ownPrefixes.swap(_pState->ownPrefixes);
+	_attributeValues.swap(_pState->attributeValues);
+	_attributeLocalNames.swap(_pState->attributeLocalNames);
 	_states.reserve(16);
 	_prefixMarks.reserve(16);
 	_attributeValues.reserve(8);
@@ -254,9 +256,12 @@ FastInfosetWriter::~FastInfosetWriter()
 	_states.clear();
 	_prefixMarks.clear();
 	_ownPrefixes.clear();
+	_attributeValues.clear();
 	_states.swap(_pState->states);
 	_prefixMarks.swap(_pState->prefixMarks);
 	_ownPrefixes.swap(_pState->ownPrefixes);
+	_attributeValues.swap(_pState->attributeValues);
+	_attributeLocalNames.swap(_pState->attributeLocalNames);
 	WriterState::give(_pState);
 }
 

@@ -337,6 +337,9 @@ protected:
 	void writeEncodedCharacterString(const Encoding& encoding);
 
 private:
+	friend class WriterState;
+		/// Keeps the storage of the attribute lists between writers.
+
 	FastInfosetWriter(const FastInfosetWriter&);
 	FastInfosetWriter& operator = (const FastInfosetWriter&);
 
