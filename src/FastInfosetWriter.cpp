@@ -65,6 +65,12 @@ namespace
 
 	const XMLString EMPTY;
 
+	inline bool sameName(const XMLString& left, const XMLString& right)
+		/// Names compared without a call: they are short.
+	{
+		return left.size() == right.size() && ValueHash<std::string>::sameOctets(left.data(), right.data(), left.size());
+	}
+
 	const XMLString* pointerIfPresent(const XMLString& str)
 		/// Null for an absent (empty) identifier, as the item writers expect.
 	{
@@ -470,9 +476,11 @@ void FastInfosetWriter::startElement(const XMLString& namespaceURI, const XMLStr
 		requireOutsideDTD("startElement() not allowed inside a document type declaration");
 	}
 	std::string_view prefix;
-	const XMLString* pLocalName;
-	std::size_t binding;
-	elementName(namespaceURI, localName, qname, prefix, pLocalName, binding);
+	const XMLString* pLocalName = &localName;
+	std::size_t binding = NamespaceContext::NOT_FOUND;
+	// A name without namespace, the usual case, is taken as it is.
+	if (!namespaceURI.empty() || localName.empty() || !(qname.empty() || sameName(qname, localName)))
+		elementName(namespaceURI, localName, qname, prefix, pLocalName, binding);
 	NamespaceContext& namespaces = _pState->namespaces;
 	const unsigned int changes = namespaces.changes();
 
@@ -556,8 +564,7 @@ void FastInfosetWriter::elementName(const XMLString& namespaceURI, const XMLStri
 	prefix = std::string_view();
 	pLocalName = &localName;
 	binding = NamespaceContext::NOT_FOUND;
-	// The names compared without a call: they are short.
-	if (!localName.empty() && (qname.empty() || (qname.size() == localName.size() && ValueHash<std::string>::sameOctets(qname.data(), localName.data(), qname.size()))))
+	if (!localName.empty() && (qname.empty() || sameName(qname, localName)))
 	{
 		if (!namespaceURI.empty())
 		{
@@ -1119,7 +1126,9 @@ inline __attribute__((always_inline)) bool FastInfosetWriter::writeNameParts(std
 	flush(field);
 	// A name with a part that no table holds, or a full name table, is not
 	// indexed: the reader adds nothing either.
-	if (prefixIdx == NOT_INDEXED || nsIdx == NOT_INDEXED || localNameIdx == NOT_INDEXED || isFull(getQNameVocabulary(inElement))) return false;
+	if (prefixIdx == NOT_INDEXED || nsIdx == NOT_INDEXED || localNameIdx == NOT_INDEXED) return false;
+	const Vocabulary<QualifiedNameEntry>* pNames = _pIndexedNames[inElement];
+	if (isFull(pNames ? *pNames : getQNameVocabulary(inElement))) return false;
 	qne = QualifiedNameEntry(prefixIdx, nsIdx, localNameIdx);
 	return true;
 }
