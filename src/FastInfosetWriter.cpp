@@ -526,11 +526,7 @@ void FastInfosetWriter::startElement(const XMLString& namespaceURI, const XMLStr
 		if (declaring)
 		{
 			_writer.write(NAMESPACE_ATTRIBUTES, 6);
-			for (std::size_t position: _pState->declarations)
-			{
-				_writer.write(NAMESPACE_ATTRIBUTE, 6);
-				writeNamespaceBinding(position);
-			}
+			for (std::size_t position: _pState->declarations) writeNamespaceBinding(position);
 			writeTerminator();
 			_writer.write(0, 6);
 		}
@@ -965,15 +961,29 @@ inline void FastInfosetWriter::writeAttributeItem(const XMLString& prefix, const
 }
 
 
-void FastInfosetWriter::writeNamespaceBinding(std::size_t position)
+void __attribute__((noinline)) FastInfosetWriter::writeNamespaceBinding(std::size_t position)
 {
+	// The item's leading bits and those of its parts end an octet: they go
+	// out with the parts, as a new name's do.
 	NamespaceContext& namespaces = _pState->namespaces;
 	const XMLString& prefix = namespaces.prefixAt(position);
 	const XMLString& ns = namespaces.uriAt(position);
-	_writer.write(!prefix.empty());
-	_writer.write(!ns.empty());
-	const unsigned int prefixIdx = prefix.empty() ? 0 : writeIdentifyingStringOrIndex(prefix, DocumentVocabulary::PREFIX);
-	const unsigned int nsIdx = ns.empty() ? 0 : writeIdentifyingStringOrIndex(ns, DocumentVocabulary::NAMESPACE_NAME);
+	NameField field{(NAMESPACE_ATTRIBUTE << 2) | (prefix.empty() ? 0u : 2u) | (ns.empty() ? 0u : 1u), 8};
+	if (_writer.bitPos() != 0) flush(field);
+	bool exists;
+	unsigned int prefixIdx = 0;
+	unsigned int nsIdx = 0;
+	if (!prefix.empty())
+	{
+		prefixIdx = indexString(DocumentVocabulary::PREFIX, prefix, exists);
+		if (exists) appendIndex(field, prefixIdx); else appendLiteral(field, prefix);
+	}
+	if (!ns.empty())
+	{
+		nsIdx = indexString(DocumentVocabulary::NAMESPACE_NAME, ns, exists);
+		if (exists) appendIndex(field, nsIdx); else appendLiteral(field, ns);
+	}
+	flush(field);
 	if (_bindingIndices && prefixIdx != NOT_INDEXED && nsIdx != NOT_INDEXED) namespaces.setTableIndices(position, prefixIdx, nsIdx);
 }
 
@@ -1134,7 +1144,7 @@ inline __attribute__((always_inline)) bool FastInfosetWriter::writeNameParts(std
 }
 
 
-inline void FastInfosetWriter::flush(NameField& field)
+inline __attribute__((always_inline)) void FastInfosetWriter::flush(NameField& field)
 {
 	if (field.bits == 0) return;
 	_writer.write(field.value, field.bits, nullptr, 0);
@@ -1142,7 +1152,7 @@ inline void FastInfosetWriter::flush(NameField& field)
 }
 
 
-inline void FastInfosetWriter::appendIndex(NameField& field, unsigned int idx)
+inline __attribute__((always_inline)) void FastInfosetWriter::appendIndex(NameField& field, unsigned int idx)
 {
 	// Nothing gathered: the writer is not known to be at an octet's start.
 	unsigned int reference;
@@ -1158,7 +1168,7 @@ inline void FastInfosetWriter::appendIndex(NameField& field, unsigned int idx)
 }
 
 
-inline void FastInfosetWriter::appendLiteral(NameField& field, std::string_view str)
+inline __attribute__((always_inline)) void FastInfosetWriter::appendLiteral(NameField& field, std::string_view str)
 {
 	if (field.bits != 0 && !str.empty() && str.size() <= SHORT_LITERAL && field.bits + 8 <= MAX_NAME_FIELD)
 	{

@@ -421,8 +421,9 @@ private:
 		/// writeAttribute(), the item's leading '0' included, where the
 		/// start tag has reached the start of an octet.
 	void writeNamespaceBinding(std::size_t position);
-		/// writeNamespaceAttribute() for a declaration of the namespace
-		/// context, which notes the indices of its prefix and namespace.
+		/// writeNamespaceAttribute(), the item's leading bits included, for
+		/// a declaration of the namespace context, which notes the indices
+		/// of its prefix and namespace.
 	void findTables();
 		/// Notes which tables can be searched without a virtual call.
 	unsigned int indexString(DocumentVocabulary::ID id, std::string_view str, bool& exists);
