@@ -948,11 +948,14 @@ inline void FastInfosetWriter::writeAttributeItem(const XMLString& prefix, const
 	poco_assert (!localName.empty());
 	NameLookup name;
 	lookUpName(prefix, ns, localName, false, name);
-	if (name.index >= 1 && name.index <= 64 && !value.empty() && value.size() <= ShortValue::MAX_SIZE)
+	if (name.index >= 1 && name.index <= 64 && !value.empty())
 	{
 		// The item's '0', the name's '0' and its index make one octet, which
 		// goes out with the value.
-		writeShortValue(value, ShortValue(value.data(), value.size()), DocumentVocabulary::ATTRIBUTE_VALUE, name.index - 1, 8);
+		if (value.size() <= ShortValue::MAX_SIZE)
+			writeShortValue(value, ShortValue(value.data(), value.size()), DocumentVocabulary::ATTRIBUTE_VALUE, name.index - 1, 8);
+		else
+			writeValueOrIndex(value, DocumentVocabulary::ATTRIBUTE_VALUE, name.index - 1, 8);
 		return;
 	}
 	_writer.write(false);
