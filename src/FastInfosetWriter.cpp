@@ -973,19 +973,9 @@ void __attribute__((noinline)) FastInfosetWriter::writeNamespaceBinding(std::siz
 	const XMLString& ns = namespaces.uriAt(position);
 	NameField field{(NAMESPACE_ATTRIBUTE << 2) | (prefix.empty() ? 0u : 2u) | (ns.empty() ? 0u : 1u), 8};
 	if (_writer.bitPos() != 0) flush(field);
-	bool exists;
-	unsigned int prefixIdx = 0;
-	unsigned int nsIdx = 0;
-	if (!prefix.empty())
-	{
-		prefixIdx = indexString(DocumentVocabulary::PREFIX, prefix, exists);
-		if (exists) appendIndex(field, prefixIdx); else appendLiteral(field, prefix);
-	}
-	if (!ns.empty())
-	{
-		nsIdx = indexString(DocumentVocabulary::NAMESPACE_NAME, ns, exists);
-		if (exists) appendIndex(field, nsIdx); else appendLiteral(field, ns);
-	}
+	unsigned int prefixIdx;
+	unsigned int nsIdx;
+	appendPrefixAndNamespace(field, prefix, ns, prefixIdx, nsIdx);
 	flush(field);
 	if (_bindingIndices && prefixIdx != NOT_INDEXED && nsIdx != NOT_INDEXED) namespaces.setTableIndices(position, prefixIdx, nsIdx);
 }
@@ -1118,19 +1108,7 @@ inline __attribute__((always_inline)) bool FastInfosetWriter::writeNameParts(std
 	}
 	else
 	{
-		bool exists;
-		prefixIdx = 0;
-		nsIdx = 0;
-		if (!prefix.empty())
-		{
-			prefixIdx = indexString(DocumentVocabulary::PREFIX, prefix, exists);
-			if (exists) appendIndex(field, prefixIdx); else appendLiteral(field, prefix);
-		}
-		if (!ns.empty())
-		{
-			nsIdx = indexString(DocumentVocabulary::NAMESPACE_NAME, ns, exists);
-			if (exists) appendIndex(field, nsIdx); else appendLiteral(field, ns);
-		}
+		appendPrefixAndNamespace(field, prefix, ns, prefixIdx, nsIdx);
 		if (binding != NamespaceContext::NOT_FOUND && prefixIdx != NOT_INDEXED && nsIdx != NOT_INDEXED) _pState->namespaces.setTableIndices(binding, prefixIdx, nsIdx);
 	}
 	bool exists;
@@ -1152,6 +1130,24 @@ inline __attribute__((always_inline)) void FastInfosetWriter::flush(NameField& f
 	if (field.bits == 0) return;
 	_writer.write(field.value, field.bits, nullptr, 0);
 	field.bits = 0;
+}
+
+
+inline __attribute__((always_inline)) void FastInfosetWriter::appendPrefixAndNamespace(NameField& field, std::string_view prefix, std::string_view ns, unsigned int& prefixIdx, unsigned int& nsIdx)
+{
+	bool exists;
+	prefixIdx = 0;
+	nsIdx = 0;
+	if (!prefix.empty())
+	{
+		prefixIdx = indexString(DocumentVocabulary::PREFIX, prefix, exists);
+		if (exists) appendIndex(field, prefixIdx); else appendLiteral(field, prefix);
+	}
+	if (!ns.empty())
+	{
+		nsIdx = indexString(DocumentVocabulary::NAMESPACE_NAME, ns, exists);
+		if (exists) appendIndex(field, nsIdx); else appendLiteral(field, ns);
+	}
 }
 
 

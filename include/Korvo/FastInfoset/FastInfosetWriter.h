@@ -409,6 +409,9 @@ private:
 	void appendLiteral(NameField& field, std::string_view str);
 		/// A part of a literal name by its index or literally, added to the
 		/// field when it has bits that end an octet, else written on its own.
+	void appendPrefixAndNamespace(NameField& field, std::string_view prefix, std::string_view ns, unsigned int& prefixIdx, unsigned int& nsIdx);
+		/// The prefix and the namespace name that are not empty, each by its
+		/// index or literally; their indices, 0 for an empty one.
 	template <class Access>
 	void declareNamespacesOf(const Access& attributes);
 	template <class Access>
