@@ -465,6 +465,12 @@ Decoder::OpenHeaderParts Decoder::documentHeader(BitStreamReader& aReader, Docum
 
 Decoder::OpenHeaderParts Decoder::documentHeader(BitStreamReader& aReader, DocumentVocabulary& voc, FISDocumentHandler* pHandler, ExternalVocabularies* pGiven)
 {
+	return documentHeader(aReader, voc, pHandler, pGiven, true);
+}
+
+
+Decoder::OpenHeaderParts Decoder::documentHeader(BitStreamReader& aReader, DocumentVocabulary& voc, FISDocumentHandler* pHandler, ExternalVocabularies* pGiven, bool resetVocabulary)
+{
 	// A header that ends before its flags may have had no '0' bit to skip.
 	expect(aReader.canRead(7), END_OF_HEADER);
 	poco_assert (aReader.bitPos() == 1);
@@ -484,7 +490,7 @@ Decoder::OpenHeaderParts Decoder::documentHeader(BitStreamReader& aReader, Docum
 	if (hasAdditionalData) skipAdditionalData(aReader);
 	if (hasInitialVocabulary)
 		parseInitialVocabulary(aReader, voc, pHandler, pGiven);
-	else
+	else if (resetVocabulary)
 		voc.reset();
 	return openParts;
 }

@@ -16,6 +16,7 @@
 #include "Korvo/FastInfoset/HashVocabulary.h"
 #include "Korvo/FastInfoset/MapVocabulary.h"
 #include "Korvo/FastInfoset/VectorVocabulary.h"
+#include <atomic>
 #include <memory>
 #include <typeinfo>
 #include <utility>
@@ -57,6 +58,8 @@ namespace
 			/// The vector with its storage: the next vocabulary takes both.
 		Vocabulary<QualifiedNameEntry>* pElements;
 		Vocabulary<QualifiedNameEntry>* pAttributes;
+		Korvo::UInt64 serial;
+			/// The giver's tablesSerial().
 	};
 
 	struct SpareSets
@@ -247,6 +250,7 @@ bool DocumentVocabulary::giveSpareTables()
 	pSet->strings.swap(_vocabularies);
 	pSet->pElements = _pElementVocabulary;
 	pSet->pAttributes = _pAttributeVocabulary;
+	pSet->serial = _tablesSerial;
 	return true;
 }
 
@@ -262,7 +266,17 @@ bool DocumentVocabulary::takeSpareTables()
 	pSet->pElements = nullptr;
 	// They were checked when they were given.
 	_standardTables = true;
+	_tablesSerial = 0;
+	_tablesFrom = pSet->serial;
 	return true;
+}
+
+
+Korvo::UInt64 DocumentVocabulary::tablesSerial()
+{
+	static std::atomic<Korvo::UInt64> lastSerial(0);
+	if (_tablesSerial == 0) _tablesSerial = ++lastSerial;
+	return _tablesSerial;
 }
 
 
@@ -375,6 +389,8 @@ inline bool DocumentVocabulary::isPlaceholder(const std::string& value)
 void DocumentVocabulary::clear()
 {
 	_standardTables = false;
+	_tablesSerial = 0;
+	_tablesFrom = 0;
 	for (auto pVoc: _vocabularies) delete pVoc;
 	_vocabularies.clear();
 	delete _pElementVocabulary;
@@ -477,6 +493,8 @@ void DocumentVocabulary::swap(DocumentVocabulary& other)
 	std::swap(_pAttributeVocabulary, other._pAttributeVocabulary);
 	_uri.swap(other._uri);
 	std::swap(_standardTables, other._standardTables);
+	std::swap(_tablesSerial, other._tablesSerial);
+	std::swap(_tablesFrom, other._tablesFrom);
 }
 
 
@@ -505,6 +523,8 @@ void DocumentVocabulary::initialize(ID vocabulary, Vocabulary<std::string>* pVoc
 	poco_assert (vocabulary > DocumentVocabulary::ENCODING_ALGORITHM && vocabulary < DocumentVocabulary::ELEMENT_NAME);
 	if (_vocabularies.size() < TABLE_SLOTS) _vocabularies.resize(TABLE_SLOTS, nullptr);
 	_standardTables = false;
+	_tablesSerial = 0;
+	_tablesFrom = 0;
 	if (_vocabularies[vocabulary] != pVoc)
 	{
 		delete _vocabularies[vocabulary];

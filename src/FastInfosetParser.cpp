@@ -16,6 +16,7 @@
 #include "Korvo/FastInfoset/FISContentHandler.h"
 #include "Korvo/FastInfoset/FISDocumentHandler.h"
 #include "Korvo/FastInfoset/FISException.h"
+#include "Korvo/FastInfoset/CDataEncoding.h"
 #include "Korvo/FastInfoset/Encoder.h"
 #include "Korvo/FastInfoset/EncodingAlgorithm.h"
 #include "Korvo/FastInfoset/NullEncoding.h"
@@ -116,6 +117,9 @@ namespace
 
 	const std::size_t MAX_SPARE_NAMES = 4096;
 		// Parts that held more names than this are freed rather than kept.
+
+	const std::size_t MAX_SPARE_REPEAT_OCTETS = 65536;
+		// Records of more literal octets than this are not handed on.
 }
 
 
@@ -134,6 +138,14 @@ struct FastInfosetParser::SpareParts
 	std::unique_ptr<NewValueFilter<QualifiedNameEntry>[]> pNameFilters;
 	std::vector<ResolvedQualName> openElements;
 	std::vector<const std::string*> prefixMappings;
+	std::vector<RepeatRecord> repeats;
+	std::string repeatOctets;
+	std::vector<std::pair<const std::string*, const std::string*>> repeatDeclarations;
+	Korvo::UInt64 repeatsSerial = 0;
+		/// The tablesSerial() of the vocabulary whose tables the records
+		/// describe, or 0 where they describe none.
+	const void* pRepeatTables[REPEAT_TABLES] = {};
+	bool repeatQNames = true;
 };
 
 
@@ -154,10 +166,11 @@ FastInfosetParser::FastInfosetParser(DocumentVocabulary::VocabularyImpl impl):
 	_fisContentHandlerKnown(true),
 	_namespacePrefixes(true),
 	_attributeQNames(false),
-	_vocabulary(impl)
+	_vocabulary(impl),
+	_vocabularyAsNew(true)
 {
-	if (!takeSpareParts()) reserveBuffers();
 	findTables();
+	if (!takeSpareParts()) reserveBuffers();
 }
 
 
@@ -175,8 +188,8 @@ FastInfosetParser::FastInfosetParser(const DocumentVocabulary& vocabulary):
 	_attributeQNames(false),
 	_vocabulary(vocabulary)
 {
-	if (!takeSpareParts()) reserveBuffers();
 	findTables();
+	if (!takeSpareParts()) reserveBuffers();
 	if (!vocabulary.getURI().empty() && vocabulary.vocabulary(DocumentVocabulary::PREFIX))
 		_externalVocabularies.add(vocabulary.getURI(), vocabulary);
 }
@@ -202,12 +215,28 @@ bool FastInfosetParser::takeSpareParts()
 	_pNameFilters = std::move(pSpare->pNameFilters);
 	_openElements.swap(pSpare->openElements);
 	_prefixMappings.swap(pSpare->prefixMappings);
+	_repeats.swap(pSpare->repeats);
+	_repeatOctets.swap(pSpare->repeatOctets);
+	_repeatDeclarations.swap(pSpare->repeatDeclarations);
 	pSpare->held = false;
-	// Nothing of the other parser's tables may be trusted.
-	for (RecycledAttributes* pList: _madeLists) pList->forgetSources();
+	// Nothing of the other parser's tables may be trusted, except where
+	// this parser's vocabulary took the very tables that the records
+	// describe, straight from the vocabulary of the parser that made them:
+	// then the records hold as they would have for that parser.
+	forgetSources();
 	forgetFilters();
 	_openElements.clear();
 	_prefixMappings.clear();
+	if (pSpare->repeatsSerial != 0 && pSpare->repeatsSerial == _vocabulary.tablesFrom())
+	{
+		std::copy(pSpare->pRepeatTables, pSpare->pRepeatTables + REPEAT_TABLES, _pRepeatTables);
+		_repeatQNames = pSpare->repeatQNames;
+		tableSizes(_repeatEndSizes);
+		_repeatsUsable = true;
+	}
+	else
+		clearRepeats();
+	pSpare->repeatsSerial = 0;
 	return true;
 }
 
@@ -220,7 +249,10 @@ void FastInfosetParser::giveSpareParts()
 		|| _openElements.capacity() > MAX_SPARE_NAMES) return;
 	// What the next parser finds here is storage only: it makes every
 	// list copy its names again, and forgets every filter, before its
-	// first document.
+	// first document. A filter grown large for a document is not kept.
+	for (std::size_t i = 0; i < STRING_TABLES; ++i) _pStringFilters[i].trim();
+	_pNameFilters[0].trim();
+	_pNameFilters[1].trim();
 	_attributeLists.swap(pSpare->attributeLists);
 	_madeLists.swap(pSpare->madeLists);
 	_qualifiedNames.swap(pSpare->qualifiedNames);
@@ -230,6 +262,32 @@ void FastInfosetParser::giveSpareParts()
 	pSpare->pNameFilters = std::move(_pNameFilters);
 	_openElements.swap(pSpare->openElements);
 	_prefixMappings.swap(pSpare->prefixMappings);
+	// The records of a document that ended go with the tables it left, as
+	// they stand; the next parser uses them only if its vocabulary takes
+	// these tables as they are given.
+	bool records = _repeatsUsable && !_repeats.empty() && _repeatOctets.size() <= MAX_SPARE_REPEAT_OCTETS;
+	if (records)
+	{
+		unsigned sizes[REPEAT_TABLES];
+		tableSizes(sizes);
+		records = std::equal(sizes, sizes + REPEAT_TABLES, _repeatEndSizes);
+	}
+	if (!records)
+	{
+		clearRepeats();
+		if (_repeatOctets.capacity() > MAX_SPARE_REPEAT_OCTETS)
+		{
+			std::string().swap(_repeatOctets);
+			std::vector<RepeatRecord>().swap(_repeats);
+			std::vector<std::pair<const std::string*, const std::string*>>().swap(_repeatDeclarations);
+		}
+	}
+	_repeats.swap(pSpare->repeats);
+	_repeatOctets.swap(pSpare->repeatOctets);
+	_repeatDeclarations.swap(pSpare->repeatDeclarations);
+	pSpare->repeatsSerial = records ? _vocabulary.tablesSerial() : 0;
+	std::copy(_pRepeatTables, _pRepeatTables + REPEAT_TABLES, pSpare->pRepeatTables);
+	pSpare->repeatQNames = _repeatQNames;
 	pSpare->held = true;
 }
 
@@ -468,8 +526,6 @@ void FastInfosetParser::parseDocument(BitStreamReader& aReader)
 	_elementNames.clear();
 	_attributeNames.clear();
 	_unindexedStrings.clear();
-	// The tables are about to be rebuilt: no list may trust the strings it copied from.
-	for (RecycledAttributes* pList: _madeLists) pList->forgetSources();
 	// The last document's records hold only if its tables ended as they
 	// stand now: nothing was added to them since.
 	bool usable = _repeatsUsable && !_repeats.empty();
@@ -491,10 +547,14 @@ void FastInfosetParser::parseDocument(BitStreamReader& aReader)
 	unsigned char flags = 0;
 	const bool hasInitialVocabulary = !aReader.canRead(7) || !aReader.peek(flags, 7) || (flags & 0x20) != 0;
 	_externalVocabularies.beginDocument();
+	// The tables of a vocabulary just made need no emptying, unless
+	// something was put in them since.
+	const bool asNew = _vocabularyAsNew && tablesAsNew();
+	_vocabularyAsNew = false;
 	Decoder::OpenHeaderParts parts;
 	try
 	{
-		parts = Decoder::documentHeader(aReader, _vocabulary, _pDocumentHandler, &_externalVocabularies);
+		parts = Decoder::documentHeader(aReader, _vocabulary, _pDocumentHandler, &_externalVocabularies, !asNew);
 	}
 	catch (...)
 	{
@@ -505,6 +565,9 @@ void FastInfosetParser::parseDocument(BitStreamReader& aReader)
 	_externalVocabularies.endHeader();
 	forgetTables();
 	beginRepeats(hasInitialVocabulary);
+	// The tables have been rebuilt: no list may trust the strings it copied
+	// from, unless the document grows them back over the same strings.
+	if (!_repeating) forgetSources();
 	if (_pDocumentHandler) _pDocumentHandler->setDocumentVocabulary(_vocabulary);
 	parseDocumentChildren(aReader, parts);
 	if (_pContentHandler) _pContentHandler->startDocument();
@@ -548,16 +611,100 @@ namespace
 			for (unsigned size = from; size < to; ++size) table.index(table.spare(), existed);
 		}
 	}
+
+	template <class T>
+	bool isIndexed(const Vocabulary<T>& table)
+	{
+		const std::type_info* pType = &typeid(table);
+		return pType == &typeid(MapVocabulary<T>) || pType == &typeid(HashVocabulary<T>);
+	}
+
+	template <class T>
+	bool isVector(const Vocabulary<T>& table)
+	{
+		return &typeid(table) == &typeid(VectorVocabulary<T>);
+	}
+
+	template <template <class> class V>
+	struct RepeatTables
+		/// The five tables of the repeat records, all of kind V: sizes read
+		/// and tables grown without a virtual call, and a table grown in one
+		/// step where its spare entries are all there.
+	{
+		static void sizes(Vocabulary<std::string>* const* pTables, Vocabulary<QualifiedNameEntry>* const* pNameTables, unsigned sizes[])
+		{
+			sizes[0] = sizeOf(*pTables[DocumentVocabulary::PREFIX]);
+			sizes[1] = sizeOf(*pTables[DocumentVocabulary::NAMESPACE_NAME]);
+			sizes[2] = sizeOf(*pTables[DocumentVocabulary::LOCAL_NAME]);
+			sizes[3] = sizeOf(*pNameTables[1]);
+			sizes[4] = sizeOf(*pNameTables[0]);
+		}
+
+		static bool at(Vocabulary<std::string>* const* pTables, Vocabulary<QualifiedNameEntry>* const* pNameTables, const unsigned sizes[])
+			/// Whether the tables have the given sizes.
+		{
+			return sizeOf(*pTables[DocumentVocabulary::LOCAL_NAME]) == sizes[2] && sizeOf(*pNameTables[1]) == sizes[3]
+				&& sizeOf(*pNameTables[0]) == sizes[4] && sizeOf(*pTables[DocumentVocabulary::PREFIX]) == sizes[0]
+				&& sizeOf(*pTables[DocumentVocabulary::NAMESPACE_NAME]) == sizes[1];
+		}
+
+		template <class T>
+		static unsigned sizeOf(const Vocabulary<T>& table)
+		{
+			return static_cast<const V<T>&>(table).V<T>::size();
+		}
+
+		template <class T>
+		static void grow(Vocabulary<T>& table, unsigned from, unsigned to)
+		{
+			if (!static_cast<V<T>&>(table).appendSpares(to - from)) growTo(table, from, to);
+		}
+	};
 }
 
 
-void FastInfosetParser::tableSizes(unsigned sizes[REPEAT_TABLES]) const
+namespace
 {
-	sizes[0] = _pTables[DocumentVocabulary::PREFIX]->size();
-	sizes[1] = _pTables[DocumentVocabulary::NAMESPACE_NAME]->size();
-	sizes[2] = _pTables[DocumentVocabulary::LOCAL_NAME]->size();
-	sizes[3] = _pNameTables[1]->size();
-	sizes[4] = _pNameTables[0]->size();
+	template <template <class> class V>
+	inline void growAs(Vocabulary<std::string>* const* pTables, Vocabulary<QualifiedNameEntry>* const* pNameTables, unsigned grown, const unsigned* from, const unsigned* to)
+	{
+		// Mostly a local name and an element or attribute name.
+		if (grown & 4) RepeatTables<V>::grow(*pTables[DocumentVocabulary::LOCAL_NAME], from[2], to[2]);
+		if (grown & 8) RepeatTables<V>::grow(*pNameTables[1], from[3], to[3]);
+		if (grown & 16) RepeatTables<V>::grow(*pNameTables[0], from[4], to[4]);
+		if (grown & 3)
+		{
+			if (grown & 1) RepeatTables<V>::grow(*pTables[DocumentVocabulary::PREFIX], from[0], to[0]);
+			if (grown & 2) RepeatTables<V>::grow(*pTables[DocumentVocabulary::NAMESPACE_NAME], from[1], to[1]);
+		}
+	}
+}
+
+
+bool FastInfosetParser::tablesAsNew() const
+{
+	for (unsigned id = DocumentVocabulary::PREFIX; id <= DocumentVocabulary::CHARACTER_CONTENT_CHUNK; ++id)
+	{
+		if (_pTables[id]->size() != (id <= DocumentVocabulary::NAMESPACE_NAME ? 2u : 1u)) return false;
+	}
+	return _pNameTables[0]->size() == 1 && _pNameTables[1]->size() == 1;
+}
+
+
+inline void FastInfosetParser::tableSizes(unsigned sizes[REPEAT_TABLES]) const
+{
+	if (_repeatStore == REPEAT_INDEXED)
+		RepeatTables<IndexedVocabulary>::sizes(_pTables, _pNameTables, sizes);
+	else if (_repeatStore == REPEAT_VECTOR)
+		RepeatTables<VectorVocabulary>::sizes(_pTables, _pNameTables, sizes);
+	else
+	{
+		sizes[0] = _pTables[DocumentVocabulary::PREFIX]->size();
+		sizes[1] = _pTables[DocumentVocabulary::NAMESPACE_NAME]->size();
+		sizes[2] = _pTables[DocumentVocabulary::LOCAL_NAME]->size();
+		sizes[3] = _pNameTables[1]->size();
+		sizes[4] = _pNameTables[0]->size();
+	}
 }
 
 
@@ -571,15 +718,17 @@ void FastInfosetParser::clearRepeats()
 
 void FastInfosetParser::beginRepeats(bool hasInitialVocabulary)
 {
-	// A parser made for one message does not keep records that no document
-	// will repeat: records are kept from a parser's second document on.
-	if (!_parsedBefore)
-	{
-		_parsedBefore = true;
-		return;
-	}
 	// Only a document that starts from the built-in tables, as the one that
 	// made the records did, in the same tables, may repeat them.
+	Vocabulary<std::string>& prefixes = *_pTables[DocumentVocabulary::PREFIX];
+	Vocabulary<std::string>& namespaceNames = *_pTables[DocumentVocabulary::NAMESPACE_NAME];
+	Vocabulary<std::string>& localNames = *_pTables[DocumentVocabulary::LOCAL_NAME];
+	if (isIndexed(prefixes) && isIndexed(namespaceNames) && isIndexed(localNames) && isIndexed(*_pNameTables[0]) && isIndexed(*_pNameTables[1]))
+		_repeatStore = REPEAT_INDEXED;
+	else if (isVector(prefixes) && isVector(namespaceNames) && isVector(localNames) && isVector(*_pNameTables[0]) && isVector(*_pNameTables[1]))
+		_repeatStore = REPEAT_VECTOR;
+	else
+		_repeatStore = REPEAT_ANY;
 	unsigned sizes[REPEAT_TABLES];
 	tableSizes(sizes);
 	if (hasInitialVocabulary || !std::equal(sizes, sizes + REPEAT_TABLES, RESET_SIZES))
@@ -629,15 +778,40 @@ const FastInfosetParser::RepeatRecord* FastInfosetParser::repeated(RepeatKind ki
 		if (record.kind == kind && record.head == head && static_cast<std::size_t>(pEnd - p) >= record.length
 			&& sameOctets(reinterpret_cast<const char*>(p), _repeatOctets.data() + record.offset, record.length))
 		{
-			unsigned sizes[REPEAT_TABLES];
-			tableSizes(sizes);
-			if (std::equal(sizes, sizes + REPEAT_TABLES, record.sizesBefore)) return &record;
+			if (_repeatStore == REPEAT_INDEXED)
+			{
+				if (RepeatTables<IndexedVocabulary>::at(_pTables, _pNameTables, record.sizesBefore)) return &record;
+			}
+			else if (_repeatStore == REPEAT_VECTOR)
+			{
+				if (RepeatTables<VectorVocabulary>::at(_pTables, _pNameTables, record.sizesBefore)) return &record;
+			}
+			else
+			{
+				unsigned sizes[REPEAT_TABLES];
+				tableSizes(sizes);
+				if (std::equal(sizes, sizes + REPEAT_TABLES, record.sizesBefore)) return &record;
+			}
 		}
 	}
-	// From here on this document makes its own records.
+	stopRepeating();
+	return nullptr;
+}
+
+
+void FastInfosetParser::stopRepeating()
+{
+	// From here on this document makes its own records, and its names may
+	// go where the last document's went.
 	_repeating = false;
 	keepRepeats(_repeatCursor);
-	return nullptr;
+	forgetSources();
+}
+
+
+void FastInfosetParser::forgetSources()
+{
+	for (RecycledAttributes* pList: _madeLists) pList->forgetSources();
 }
 
 
@@ -645,11 +819,20 @@ void FastInfosetParser::growTables(const RepeatRecord& record)
 {
 	++_repeatCursor;
 	// repeated() found the tables at the sizes before.
-	if (record.sizesAfter[0] != record.sizesBefore[0]) growTo(*_pTables[DocumentVocabulary::PREFIX], record.sizesBefore[0], record.sizesAfter[0]);
-	if (record.sizesAfter[1] != record.sizesBefore[1]) growTo(*_pTables[DocumentVocabulary::NAMESPACE_NAME], record.sizesBefore[1], record.sizesAfter[1]);
-	if (record.sizesAfter[2] != record.sizesBefore[2]) growTo(*_pTables[DocumentVocabulary::LOCAL_NAME], record.sizesBefore[2], record.sizesAfter[2]);
-	if (record.sizesAfter[3] != record.sizesBefore[3]) growTo(*_pNameTables[1], record.sizesBefore[3], record.sizesAfter[3]);
-	if (record.sizesAfter[4] != record.sizesBefore[4]) growTo(*_pNameTables[0], record.sizesBefore[4], record.sizesAfter[4]);
+	const unsigned* from = record.sizesBefore;
+	const unsigned* to = record.sizesAfter;
+	if (_repeatStore == REPEAT_INDEXED)
+		growAs<IndexedVocabulary>(_pTables, _pNameTables, record.grown, from, to);
+	else if (_repeatStore == REPEAT_VECTOR)
+		growAs<VectorVocabulary>(_pTables, _pNameTables, record.grown, from, to);
+	else
+	{
+		if (to[0] != from[0]) growTo(*_pTables[DocumentVocabulary::PREFIX], from[0], to[0]);
+		if (to[1] != from[1]) growTo(*_pTables[DocumentVocabulary::NAMESPACE_NAME], from[1], to[1]);
+		if (to[2] != from[2]) growTo(*_pTables[DocumentVocabulary::LOCAL_NAME], from[2], to[2]);
+		if (to[3] != from[3]) growTo(*_pNameTables[1], from[3], to[3]);
+		if (to[4] != from[4]) growTo(*_pNameTables[0], from[4], to[4]);
+	}
 }
 
 
@@ -672,6 +855,8 @@ FastInfosetParser::RepeatRecord* FastInfosetParser::recordRepeat(RepeatKind kind
 	record.offset = _repeatOctets.size();
 	record.length = static_cast<std::size_t>(pEnd - p);
 	std::copy(sizesBefore, sizesBefore + REPEAT_TABLES, record.sizesBefore);
+	record.grown = 0;
+	for (unsigned i = 0; i < REPEAT_TABLES; ++i) record.grown |= record.sizesAfter[i] != sizesBefore[i] ? 1u << i : 0u;
 	record.nameIndex = 0;
 	record.firstDeclaration = _repeatDeclarations.size();
 	record.declarations = 0;
@@ -1213,8 +1398,7 @@ const std::string& FastInfosetParser::enterLiteral(DocumentVocabulary::ID id, Vo
 		_unindexedStrings.push_back(value);
 		return _unindexedStrings.back();
 	}
-	index = addLiteral(id, table, value);
-	return *table.lookup(index);
+	return _pStringFilters[id - DocumentVocabulary::PREFIX].addSpare(table, value, index);
 }
 
 
@@ -1344,8 +1528,9 @@ const std::string& FastInfosetParser::addValue(DocumentVocabulary::ID id, const 
 	Vocabulary<std::string>& table = *_pTables[id];
 	std::string& value = table.spare();
 	assignChanged(value, pText, length);
-	if (!isFull(table)) return *table.lookup(addLiteral(id, table, value));
-	return value;
+	if (isFull(table)) return value;
+	unsigned index = 0;
+	return _pStringFilters[id - DocumentVocabulary::PREFIX].addSpare(table, value, index);
 }
 
 
@@ -1535,6 +1720,7 @@ const std::string& FastInfosetParser::declareNamespace(BitStreamReader& aReader,
 	if (aReader.bitPos() != 6) throw FISEncodingException("Illegal startposition for a NamespaceAttribute value");
 
 	const char* pMessage = "Unexpected end of stream while parsing namespace attribute";
+	if (_repeating) stopRepeating();
 	bool prefixPresent = readBit(aReader, pMessage);
 	bool namespacePresent = readBit(aReader, pMessage);
 	const std::string& prefix = parseCondIdentifyingStringOrIndex(aReader, prefixPresent, DocumentVocabulary::PREFIX);
@@ -1670,6 +1856,7 @@ unsigned FastInfosetParser::readLiteralQualifiedName(BitStreamReader& aReader, R
 {
 	aReader.skip(aReader.bitPos() == 1 ? 5 : 4);
 	const char* pMessage = "Unexpected end of stream while parsing qualified name";
+	if (_repeating) stopRepeating();
 	bool prefixPresent = readBit(aReader, pMessage);
 	bool namespacePresent = readBit(aReader, pMessage);
 	unsigned prefixIndex = 0;
@@ -1973,6 +2160,21 @@ void FastInfosetParser::parseCharacterChunk(BitStreamReader& aReader)
 			Decoder::nonEmptyOctetString(aReader, text);
 			if (head & 0x04) addToItsTable(DocumentVocabulary::CHARACTER_CONTENT_CHUNK, text);
 			deliverText(text);
+			return;
+		}
+		// A CDATA section (a literal of the built-in algorithm, whose index
+		// no application can take) is read into the same reused string
+		// instead of a value made for it.
+		unsigned headAndAlgorithm = 0;
+		if ((head & 0x0B) == 0x03 && aReader.peek(headAndAlgorithm, 12) && (headAndAlgorithm & 0xFF) == EncodingAlgorithm::CDATA_ENCODING - 1)
+		{
+			aReader.skip(12);
+			std::string& text = nullEncoding().content();
+			CDataEncoding::decode(aReader, text);
+			if (head & 0x04) addToItsTable(DocumentVocabulary::CHARACTER_CONTENT_CHUNK, text);
+			if (_pLexicalHandler) _pLexicalHandler->startCDATA();
+			deliverText(text);
+			if (_pLexicalHandler) _pLexicalHandler->endCDATA();
 			return;
 		}
 	}

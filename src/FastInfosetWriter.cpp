@@ -65,6 +65,12 @@ namespace
 
 	const XMLString EMPTY;
 
+	inline bool sameName(const XMLString& left, const XMLString& right)
+		/// Names compared without a call: they are short.
+	{
+		return left.size() == right.size() && ValueHash<std::string>::sameOctets(left.data(), right.data(), left.size());
+	}
+
 	const XMLString* pointerIfPresent(const XMLString& str)
 		/// Null for an absent (empty) identifier, as the item writers expect.
 	{
@@ -239,6 +245,8 @@ void FastInfosetWriter::init()
 	_states.swap(_pState->states);
 	_prefixMarks.swap(_pState->prefixMarks);
 	_ownPrefixes.swap(_pState->ownPrefixes);
+	_attributeValues.swap(_pState->attributeValues);
+	_attributeLocalNames.swap(_pState->attributeLocalNames);
 	_states.reserve(16);
 	_prefixMarks.reserve(16);
 	_attributeValues.reserve(8);
@@ -254,9 +262,12 @@ FastInfosetWriter::~FastInfosetWriter()
 	_states.clear();
 	_prefixMarks.clear();
 	_ownPrefixes.clear();
+	_attributeValues.clear();
 	_states.swap(_pState->states);
 	_prefixMarks.swap(_pState->prefixMarks);
 	_ownPrefixes.swap(_pState->ownPrefixes);
+	_attributeValues.swap(_pState->attributeValues);
+	_attributeLocalNames.swap(_pState->attributeLocalNames);
 	WriterState::give(_pState);
 }
 
@@ -314,6 +325,16 @@ void FastInfosetWriter::forgetNames()
 
 void FastInfosetWriter::findTables()
 {
+	if (_vocabularyFresh && _vocabulary.impl() != DocumentVocabulary::VOC_VECTOR)
+	{
+		// A fresh vocabulary's tables are all of its kind, which finds values.
+		for (unsigned int id = DocumentVocabulary::PREFIX; id <= DocumentVocabulary::CHARACTER_CONTENT_CHUNK; ++id)
+			_pIndexedTables[id] = static_cast<IndexedVocabulary<std::string>*>(_vocabulary.vocabulary(DocumentVocabulary::ID(id)));
+		_pIndexedNames[0] = static_cast<IndexedVocabulary<QualifiedNameEntry>*>(_vocabulary.attributeVocabulary());
+		_pIndexedNames[1] = static_cast<IndexedVocabulary<QualifiedNameEntry>*>(_vocabulary.elementVocabulary());
+		_bindingIndices = true;
+		return;
+	}
 	// Tables of the other kinds, a vector table or one an application made,
 	// are asked through their virtual functions.
 	for (unsigned int id = DocumentVocabulary::PREFIX; id <= DocumentVocabulary::CHARACTER_CONTENT_CHUNK; ++id)
@@ -412,8 +433,15 @@ void FastInfosetWriter::startDocument()
 	if (_documentStarted) throw FISException("startDocument() not allowed: a writer writes one document");
 	requireState(UNINITIALIZED, "startDocument() not allowed inside an element");
 	_documentStarted = true;
-	// The tables may have been changed in place since the names were learnt.
-	forgetNames();
+	// The tables may have been changed in place since the names were learnt,
+	// unless the vocabulary is still the constructor's, which the state's
+	// names were reset for.
+	if (_vocabularyFresh)
+	{
+		findTables();
+		_knownNamesComplete = getQNameVocabulary(true).size() <= 1 && getQNameVocabulary(false).size() <= 1;
+	}
+	else forgetNames();
 	writeHeader();
 	if (_shortestLiterals)
 	{
@@ -451,9 +479,11 @@ void FastInfosetWriter::startElement(const XMLString& namespaceURI, const XMLStr
 		requireOutsideDTD("startElement() not allowed inside a document type declaration");
 	}
 	std::string_view prefix;
-	const XMLString* pLocalName;
-	std::size_t binding;
-	elementName(namespaceURI, localName, qname, prefix, pLocalName, binding);
+	const XMLString* pLocalName = &localName;
+	std::size_t binding = NamespaceContext::NOT_FOUND;
+	// A name without namespace, the usual case, is taken as it is.
+	if (!namespaceURI.empty() || localName.empty() || !(qname.empty() || sameName(qname, localName)))
+		elementName(namespaceURI, localName, qname, prefix, pLocalName, binding);
 	NamespaceContext& namespaces = _pState->namespaces;
 	const unsigned int changes = namespaces.changes();
 
@@ -499,11 +529,7 @@ void FastInfosetWriter::startElement(const XMLString& namespaceURI, const XMLStr
 		if (declaring)
 		{
 			_writer.write(NAMESPACE_ATTRIBUTES, 6);
-			for (std::size_t position: _pState->declarations)
-			{
-				_writer.write(NAMESPACE_ATTRIBUTE, 6);
-				writeNamespaceBinding(position);
-			}
+			for (std::size_t position: _pState->declarations) writeNamespaceBinding(position);
 			writeTerminator();
 			_writer.write(0, 6);
 		}
@@ -521,15 +547,7 @@ void FastInfosetWriter::startElement(const XMLString& namespaceURI, const XMLStr
 		}
 		writeName(prefix, namespaceURI, *pLocalName, true, binding, &name);
 	}
-	if (!_attributeValues.empty())
-	{
-		for (const AttributeValue& attribute: _attributeValues)
-		{
-			_writer.write(false);
-			writeAttributeItem(*attribute.pPrefix, *attribute.pNamespaceURI, *attribute.pLocalName, *attribute.pValue);
-		}
-		writeTerminator();
-	}
+	if (!_attributeValues.empty()) writeAttributeItems();
 	// The children's context is opened only now: the names gathered above
 	// point into the current one.
 	namespaces.pushContext();
@@ -545,7 +563,7 @@ void FastInfosetWriter::elementName(const XMLString& namespaceURI, const XMLStri
 	prefix = std::string_view();
 	pLocalName = &localName;
 	binding = NamespaceContext::NOT_FOUND;
-	if (!localName.empty() && (qname.empty() || qname == localName))
+	if (!localName.empty() && (qname.empty() || sameName(qname, localName)))
 	{
 		if (!namespaceURI.empty())
 		{
@@ -919,23 +937,49 @@ void FastInfosetWriter::writeAttribute(const XMLString& prefix, const XMLString&
 }
 
 
+void __attribute__((noinline)) FastInfosetWriter::writeAttributeItems()
+{
+	// Apart, so that an element without attributes keeps fewer registers.
+	for (const AttributeValue& attribute: _attributeValues)
+		writeAttributeItem(*attribute.pPrefix, *attribute.pNamespaceURI, *attribute.pLocalName, *attribute.pValue);
+	writeTerminator();
+}
+
+
 inline void FastInfosetWriter::writeAttributeItem(const XMLString& prefix, const XMLString& ns, const XMLString& localName, const XMLString& value)
 {
 	poco_assert (!localName.empty());
-	writeName(prefix, ns, localName, false, NamespaceContext::NOT_FOUND);
+	NameLookup name;
+	lookUpName(prefix, ns, localName, false, name);
+	if (name.index >= 1 && name.index <= 64 && !value.empty())
+	{
+		// The item's '0', the name's '0' and its index make one octet, which
+		// goes out with the value.
+		if (value.size() <= ShortValue::MAX_SIZE)
+			writeShortValue(value, ShortValue(value.data(), value.size()), DocumentVocabulary::ATTRIBUTE_VALUE, name.index - 1, 8);
+		else
+			writeValueOrIndex(value, DocumentVocabulary::ATTRIBUTE_VALUE, name.index - 1, 8);
+		return;
+	}
+	_writer.write(false);
+	writeName(prefix, ns, localName, false, NamespaceContext::NOT_FOUND, &name);
 	writeAttributeValue(value);
 }
 
 
-void FastInfosetWriter::writeNamespaceBinding(std::size_t position)
+void __attribute__((noinline)) FastInfosetWriter::writeNamespaceBinding(std::size_t position)
 {
+	// The item's leading bits and those of its parts end an octet: they go
+	// out with the parts, as a new name's do.
 	NamespaceContext& namespaces = _pState->namespaces;
 	const XMLString& prefix = namespaces.prefixAt(position);
 	const XMLString& ns = namespaces.uriAt(position);
-	_writer.write(!prefix.empty());
-	_writer.write(!ns.empty());
-	const unsigned int prefixIdx = prefix.empty() ? 0 : writeIdentifyingStringOrIndex(prefix, DocumentVocabulary::PREFIX);
-	const unsigned int nsIdx = ns.empty() ? 0 : writeIdentifyingStringOrIndex(ns, DocumentVocabulary::NAMESPACE_NAME);
+	NameField field{(NAMESPACE_ATTRIBUTE << 2) | (prefix.empty() ? 0u : 2u) | (ns.empty() ? 0u : 1u), 8};
+	if (_writer.bitPos() != 0) flush(field);
+	unsigned int prefixIdx;
+	unsigned int nsIdx;
+	appendPrefixAndNamespace(field, prefix, ns, prefixIdx, nsIdx);
+	flush(field);
 	if (_bindingIndices && prefixIdx != NOT_INDEXED && nsIdx != NOT_INDEXED) namespaces.setTableIndices(position, prefixIdx, nsIdx);
 }
 
@@ -959,7 +1003,7 @@ unsigned int FastInfosetWriter::writeQualifiedNameOrIndex(const XMLString& prefi
 }
 
 
-inline void FastInfosetWriter::lookUpName(std::string_view prefix, const XMLString& ns, const XMLString& localName, bool inElement, NameLookup& lookup) const
+inline __attribute__((always_inline)) void FastInfosetWriter::lookUpName(std::string_view prefix, const XMLString& ns, const XMLString& localName, bool inElement, NameLookup& lookup) const
 {
 	// Names repeat: one look-up of the whole name replaces four table
 	// look-ups once a name has been seen. The local name's hash serves
@@ -997,10 +1041,10 @@ unsigned int FastInfosetWriter::writeName(std::string_view prefix, const XMLStri
 	}
 	else
 	{
-		writeTerminator();
-		if (startPos == 1) _writer.write(false);
+		// '1111', and the '0' of a name at the second bit, go out with the
+		// name's parts.
 		QualifiedNameEntry qne;
-		idx = writeNewQualifiedName(prefix, ns, localName, localNameHash, inElement, binding, qne);
+		idx = writeNewQualifiedName(prefix, ns, localName, localNameHash, inElement, binding, qne, startPos == 1 ? 0x1E : 0xF, startPos == 1 ? 5 : 4);
 		if (idx) knownNames.add(slot, hash, prefix, ns, localName, inElement, qne, idx);
 	}
 	poco_assert (_writer.bitPos() == 0);
@@ -1029,14 +1073,14 @@ unsigned int FastInfosetWriter::writeQualifiedName(const XMLString& prefix, cons
 {
 	poco_assert (!localName.empty());
 	QualifiedNameEntry qne;
-	if (!writeNameParts(prefix, ns, localName, ValueHash<std::string>()(localName), inElement, NamespaceContext::NOT_FOUND, qne)) return 0;
+	if (!writeNameParts(prefix, ns, localName, ValueHash<std::string>()(localName), inElement, NamespaceContext::NOT_FOUND, qne, 0, 0)) return 0;
 	return insertQualifiedName(qne, inElement);
 }
 
 
-unsigned int FastInfosetWriter::writeNewQualifiedName(std::string_view prefix, const XMLString& ns, const XMLString& localName, Korvo::UInt32 localNameHash, bool inElement, std::size_t binding, QualifiedNameEntry& qne)
+inline __attribute__((always_inline)) unsigned int FastInfosetWriter::writeNewQualifiedName(std::string_view prefix, const XMLString& ns, const XMLString& localName, Korvo::UInt32 localNameHash, bool inElement, std::size_t binding, QualifiedNameEntry& qne, unsigned int lead, int leadBits)
 {
-	if (!writeNameParts(prefix, ns, localName, localNameHash, inElement, binding, qne)) return 0;
+	if (!writeNameParts(prefix, ns, localName, localNameHash, inElement, binding, qne, lead, leadBits)) return 0;
 	// Known to be absent, it is appended without a look-up; the table's
 	// index, if it has one, takes it in when next asked.
 	if (IndexedVocabulary<QualifiedNameEntry>* pNames = _pIndexedNames[inElement])
@@ -1049,35 +1093,94 @@ unsigned int FastInfosetWriter::writeNewQualifiedName(std::string_view prefix, c
 }
 
 
-bool FastInfosetWriter::writeNameParts(std::string_view prefix, const XMLString& ns, const XMLString& localName, Korvo::UInt32 localNameHash, bool inElement, std::size_t binding, QualifiedNameEntry& qne)
+inline __attribute__((always_inline)) bool FastInfosetWriter::writeNameParts(std::string_view prefix, const XMLString& ns, const XMLString& localName, Korvo::UInt32 localNameHash, bool inElement, std::size_t binding, QualifiedNameEntry& qne, unsigned int lead, int leadBits)
 {
-	_writer.write(!prefix.empty());
-	_writer.write(!ns.empty());
+	// The bits up to the end of the octet, the indices of the parts and the
+	// length of a literal part are gathered into one field, which goes out
+	// with the literal's octets.
+	NameField field{(Korvo::UInt64(lead) << 2) | (prefix.empty() ? 0u : 2u) | (ns.empty() ? 0u : 1u), leadBits + 2};
+	// Elsewhere each part checks its own position.
+	if (((_writer.bitPos() + field.bits) & 7) != 0) flush(field);
 	unsigned int prefixIdx;
 	unsigned int nsIdx;
 	if (binding != NamespaceContext::NOT_FOUND && _pState->namespaces.tableIndices(binding, prefixIdx, nsIdx))
 	{
 		// Both are in their tables since the declaration was written.
-		if (!prefix.empty()) writeIdentifyingStringIndex(prefixIdx);
-		writeIdentifyingStringIndex(nsIdx);
+		if (!prefix.empty()) appendIndex(field, prefixIdx);
+		appendIndex(field, nsIdx);
 	}
 	else
 	{
-		prefixIdx = prefix.empty() ? 0 : writeIdentifyingStringOrIndex(_scratchPrefix.assign(prefix.data(), prefix.size()), DocumentVocabulary::PREFIX);
-		nsIdx = ns.empty() ? 0 : writeIdentifyingStringOrIndex(ns, DocumentVocabulary::NAMESPACE_NAME);
+		appendPrefixAndNamespace(field, prefix, ns, prefixIdx, nsIdx);
 		if (binding != NamespaceContext::NOT_FOUND && prefixIdx != NOT_INDEXED && nsIdx != NOT_INDEXED) _pState->namespaces.setTableIndices(binding, prefixIdx, nsIdx);
 	}
 	bool exists;
 	const unsigned int localNameIdx = indexString(DocumentVocabulary::LOCAL_NAME, localName, localNameHash, exists);
-	if (exists)
-		writeIdentifyingStringIndex(localNameIdx);
-	else
-		writeIdentifyingString(localName, DocumentVocabulary::LOCAL_NAME);
+	if (exists) appendIndex(field, localNameIdx); else appendLiteral(field, localName);
+	flush(field);
 	// A name with a part that no table holds, or a full name table, is not
 	// indexed: the reader adds nothing either.
-	if (prefixIdx == NOT_INDEXED || nsIdx == NOT_INDEXED || localNameIdx == NOT_INDEXED || isFull(getQNameVocabulary(inElement))) return false;
+	if (prefixIdx == NOT_INDEXED || nsIdx == NOT_INDEXED || localNameIdx == NOT_INDEXED) return false;
+	const Vocabulary<QualifiedNameEntry>* pNames = _pIndexedNames[inElement];
+	if (isFull(pNames ? *pNames : getQNameVocabulary(inElement))) return false;
 	qne = QualifiedNameEntry(prefixIdx, nsIdx, localNameIdx);
 	return true;
+}
+
+
+inline __attribute__((always_inline)) void FastInfosetWriter::flush(NameField& field)
+{
+	if (field.bits == 0) return;
+	_writer.write(field.value, field.bits, nullptr, 0);
+	field.bits = 0;
+}
+
+
+inline __attribute__((always_inline)) void FastInfosetWriter::appendPrefixAndNamespace(NameField& field, std::string_view prefix, std::string_view ns, unsigned int& prefixIdx, unsigned int& nsIdx)
+{
+	bool exists;
+	prefixIdx = 0;
+	nsIdx = 0;
+	if (!prefix.empty())
+	{
+		prefixIdx = indexString(DocumentVocabulary::PREFIX, prefix, exists);
+		if (exists) appendIndex(field, prefixIdx); else appendLiteral(field, prefix);
+	}
+	if (!ns.empty())
+	{
+		nsIdx = indexString(DocumentVocabulary::NAMESPACE_NAME, ns, exists);
+		if (exists) appendIndex(field, nsIdx); else appendLiteral(field, ns);
+	}
+}
+
+
+inline __attribute__((always_inline)) void FastInfosetWriter::appendIndex(NameField& field, unsigned int idx)
+{
+	// Nothing gathered: the writer is not known to be at an octet's start.
+	unsigned int reference;
+	int bits;
+	if (field.bits != 0 && referenceField(0, idx, reference, bits) && field.bits + bits <= MAX_NAME_FIELD)
+	{
+		field.value = (field.value << bits) | reference;
+		field.bits += bits;
+		return;
+	}
+	flush(field);
+	writeIdentifyingStringIndex(idx);
+}
+
+
+inline __attribute__((always_inline)) void FastInfosetWriter::appendLiteral(NameField& field, std::string_view str)
+{
+	if (field.bits != 0 && !str.empty() && str.size() <= SHORT_LITERAL && field.bits + 8 <= MAX_NAME_FIELD)
+	{
+		// The '0' and the length make one octet.
+		_writer.write((field.value << 8) | (str.size() - 1), field.bits + 8, str.data(), str.size());
+		field.bits = 0;
+		return;
+	}
+	flush(field);
+	writeIdentifyingString(std::string(str), DocumentVocabulary::LOCAL_NAME);
 }
 
 

@@ -32,7 +32,10 @@ namespace
 NamespaceContext::NamespaceContext():
 	_size(0),
 	_changes(0),
-	_reserved(false)
+	_reserved(false),
+	_lastPosition(0),
+	_lastChanges(0),
+	_lastSize(NOT_FOUND)
 {
 	reset();
 }
@@ -40,6 +43,7 @@ NamespaceContext::NamespaceContext():
 
 void NamespaceContext::reset()
 {
+	_lastSize = NOT_FOUND;
 	_size = 0;
 	_marks.clear();
 	pushContext();
@@ -136,6 +140,10 @@ const std::string& NamespaceContext::getPrefix(const std::string& uri) const
 
 std::size_t NamespaceContext::prefixPosition(std::string_view uri) const
 {
+	// Names of one namespace come one after another: the last answer holds
+	// while no declaration has come or gone and none has left with its
+	// context, and a context opened since declares nothing.
+	if (_lastChanges == _changes && _lastSize == _size && equal(_bindings[_lastPosition].uri, uri)) return _lastPosition;
 	std::size_t end = _size;
 	for (std::size_t k = _marks.size(); k-- > 0; )
 	{
@@ -144,7 +152,13 @@ std::size_t NamespaceContext::prefixPosition(std::string_view uri) const
 		{
 			if (equal(_bindings[i].uri, uri) && (found == NOT_FOUND || _bindings[i].prefix < _bindings[found].prefix)) found = i;
 		}
-		if (found != NOT_FOUND) return found;
+		if (found != NOT_FOUND)
+		{
+			_lastPosition = found;
+			_lastChanges = _changes;
+			_lastSize = _size;
+			return found;
+		}
 		end = _marks[k];
 	}
 	return NOT_FOUND;

@@ -120,6 +120,11 @@ private:
 		/// prefixes that reset() made.
 	std::vector<std::size_t> _marks;
 		/// Where each context starts.
+	mutable std::size_t      _lastPosition;
+	mutable unsigned int     _lastChanges;
+	mutable std::size_t      _lastSize;
+		/// The last position prefixPosition() found, and the count of
+		/// changes and the size it was found at.
 };
 
 

@@ -24,7 +24,9 @@
 #include "Korvo/FastInfoset/MapVocabulary.h"
 #include "Korvo/FastInfoset/ValueIndex.h"
 #include "Korvo/FastInfoset/Vocabulary.h"
+#include <cstring>
 #include <typeinfo>
+#include <vector>
 
 
 namespace Korvo {
@@ -34,21 +36,28 @@ namespace FastInfoset {
 template <class T>
 class NewValueFilter
 	/// Adds the literals of a document to one table as its index-or-add
-	/// operation does, but cheaper while the table is small: a bit of a
-	/// 2048-bit set per value the table holds tells when a value cannot be
-	/// there, and such a value is appended without a search. A value that
-	/// may be there, a table without value lookup or a large table takes
-	/// the table's own operation.
+	/// operation does, but without building the table's value index: a set
+	/// of the full hashes of the values the table holds tells when a value
+	/// cannot be there, and such a value is appended without a search. Only
+	/// a value whose hash is in the set (a repeated value, or one of the
+	/// rare values that share a hash) takes the table's own operation, which
+	/// indexes the table then. A table nobody searches keeps no index, and
+	/// gets exactly the values and indices its own operation would give.
 	///
 	/// The set follows the table through the values added here; forget()
 	/// makes it start again from the table's content, as it must whenever
-	/// the table may have changed otherwise (a new document).
+	/// the table may have changed otherwise (a new document). A table that
+	/// holds many values when the set starts, or one without value lookup,
+	/// takes its own operation throughout.
 {
 public:
 	NewValueFilter():
 		_pTable(nullptr),
 		_pIndexed(nullptr),
-		_covered(0)
+		_covered(0),
+		_found(false),
+		_room(0),
+		_mask(0)
 	{
 	}
 
@@ -57,8 +66,37 @@ public:
 		_pTable = nullptr;
 	}
 
+	void trim()
+		/// forget(), dropping a set grown large: for a filter kept for
+		/// another parser.
+	{
+		forget();
+		if (_slots.size() > LARGE_SLOTS) std::vector<Korvo::UInt32>().swap(_slots);
+	}
+
 	inline __attribute__((always_inline)) unsigned int add(Vocabulary<T>& table, const T& value)
 		/// What table.index(value, existed) returns.
+	{
+		return add(table, value, false);
+	}
+
+	inline __attribute__((always_inline)) const T& addSpare(Vocabulary<T>& table, const T& value, unsigned int& index)
+		/// add() for the value built in table.spare(): gives the index and
+		/// returns the stored value.
+	{
+		if (&table == _pTable && !_pIndexed)
+		{
+			bool existed;
+			index = table.index(value, existed);
+			return *table.lookup(index);
+		}
+		index = add(table, value, true);
+		// A new value, appended here or by the table, stays where it was built.
+		return _pIndexed && !_found && index + 1 == _covered ? value : *table.lookup(index);
+	}
+
+private:
+	inline __attribute__((always_inline)) unsigned int add(Vocabulary<T>& table, const T& value, bool isSpare)
 	{
 		if (&table == _pTable)
 		{
@@ -67,30 +105,44 @@ public:
 				bool existed;
 				return table.index(value, existed);
 			}
+			if (_pIndexed->IndexedVocabulary<T>::size() != _covered) return filter(table, value, isSpare);
 			// The common case, inline: a new value, appended without a search.
-			if (holdsCovered())
+			const Korvo::UInt32 hash = entryOf(hashOf(value));
+			std::size_t i = hash & _mask;
+			for (;;)
 			{
-				const Korvo::UInt32 hash = hashOf(value);
-				if (!mayHold(hash) && _covered < LIMIT)
-				{
+				const Korvo::UInt32 entry = _slots[i];
+				if (entry == EMPTY) break;
+				if (entry == hash) return search(table, value);
+				i = (i + 1) & _mask;
+			}
+			if (_room != 0)
+			{
+				// The table refuses a value beyond its capacity before the set takes it.
+				if (isSpare)
+					_pIndexed->appendSpare();
+				else
 					_pIndexed->append(value);
-					mark(hash);
-					return _covered++;
-				}
+				_slots[i] = hash;
+				--_room;
+				_found = false;
+				return _covered++;
 			}
 		}
-		return filter(table, value);
+		return filter(table, value, isSpare);
 	}
 
-private:
 	enum
 	{
 		LIMIT = 64,
-			/// Tables beyond this size use their own index.
-		WORDS = 32
+			/// Tables holding more than this when the set starts use their own index.
+		MIN_SLOTS = 128,
+		LARGE_SLOTS = 4096,
+			/// A set larger than this shrinks when a document fills little of it.
+		EMPTY = 0
 	};
 
-	unsigned int __attribute__((noinline)) filter(Vocabulary<T>& table, const T& value)
+	unsigned int __attribute__((noinline)) filter(Vocabulary<T>& table, const T& value, bool isSpare)
 	{
 		// Whatever added to the table other than here makes the set start again.
 		if (&table != _pTable || !holdsCovered()) cover(table);
@@ -99,20 +151,19 @@ private:
 			bool existed;
 			return table.index(value, existed);
 		}
-		const Korvo::UInt32 hash = hashOf(value);
-		if (mayHold(hash))
-		{
-			bool existed;
-			const unsigned int index = table.index(value, existed);
-			mark(hash);
-			_covered = table.size();
-			if (_covered > LIMIT) _pIndexed = nullptr;
-			return index;
-		}
-		_pIndexed->append(value);
-		mark(hash);
-		if (_covered == LIMIT) _pIndexed = nullptr;
-		return _covered++;
+		if (_room == 0) grow();
+		return add(table, value, isSpare);
+	}
+
+	unsigned int __attribute__((noinline)) search(Vocabulary<T>& table, const T& value)
+		/// The table's own operation, for a value whose hash the set holds.
+	{
+		bool existed;
+		const unsigned int index = table.index(value, existed);
+		// A value added there shares its hash with one in the set already.
+		_covered = table.size();
+		_found = existed;
+		return index;
 	}
 
 	static inline __attribute__((always_inline)) Korvo::UInt32 hashOf(const std::string& value)
@@ -140,7 +191,7 @@ private:
 			const unsigned char* u = reinterpret_cast<const unsigned char*>(p);
 			a = (Korvo::UInt64(u[0]) << 16) | (Korvo::UInt64(u[n >> 1]) << 8) | u[n - 1];
 		}
-		return Hash::finish(Hash::mix(a ^ Hash::K1 ^ n, b ^ Hash::K2));
+		return Hash::finish(Hash::withSize(Hash::mix(a ^ Hash::K1, b ^ Hash::K2), n));
 	}
 
 	static Korvo::UInt32 hashOf(const QualifiedNameEntry& value)
@@ -148,8 +199,15 @@ private:
 		return ValueHash<QualifiedNameEntry>()(value);
 	}
 
+	static Korvo::UInt32 entryOf(Korvo::UInt32 hash)
+		/// The set's entry for hash: never EMPTY, at the price of one more
+		/// shared hash.
+	{
+		return hash == EMPTY ? 1 : hash;
+	}
+
 	bool holdsCovered() const
-		/// Whether the table's size is still the one covered.
+		/// Whether the set is used and the table's size is still the one covered.
 	{
 		return _pIndexed && _pIndexed->IndexedVocabulary<T>::size() == _covered;
 	}
@@ -157,7 +215,7 @@ private:
 	void cover(Vocabulary<T>& table)
 	{
 		// The table kinds that append without a search: others, and tables
-		// beyond the limit, add through their own operation.
+		// that hold many values already, add through their own operation.
 		_pTable = &table;
 		_pIndexed = nullptr;
 		_covered = table.size();
@@ -171,32 +229,54 @@ private:
 			_pIndexed = static_cast<HashVocabulary<T>*>(&table);
 		else
 			return;
-		for (Korvo::UInt64& word: _bits) word = 0;
-		for (unsigned int i = 0; i < _covered; ++i) mark(hashOf(*table.lookup(i)));
+		// The set stays as large as the last document needed, unless that
+		// was much less than it has.
+		if (_slots.empty() || (_slots.size() > LARGE_SLOTS && 8*(_slots.size()/2 - _room) < _slots.size()))
+			std::vector<Korvo::UInt32>(MIN_SLOTS, Korvo::UInt32(EMPTY)).swap(_slots);
+		else
+			std::memset(_slots.data(), EMPTY, _slots.size()*sizeof(Korvo::UInt32));
+		_mask = _slots.size() - 1;
+		_room = _slots.size()/2;
+		for (unsigned int i = 0; i < _covered; ++i) enter(entryOf(hashOf(*table.lookup(i))));
 	}
 
-	bool mayHold(Korvo::UInt32 hash) const
+	void grow()
 	{
-		return (_bits[(hash >> 6) & (WORDS - 1)] & bit(hash)) != 0;
+		std::vector<Korvo::UInt32> old(2*_slots.size(), Korvo::UInt32(EMPTY));
+		old.swap(_slots);
+		_mask = _slots.size() - 1;
+		_room = _slots.size()/2;
+		for (Korvo::UInt32 entry: old)
+		{
+			if (entry != EMPTY) enter(entry);
+		}
 	}
 
-	void mark(Korvo::UInt32 hash)
+	void enter(Korvo::UInt32 entry)
 	{
-		_bits[(hash >> 6) & (WORDS - 1)] |= bit(hash);
+		std::size_t i = entry & _mask;
+		for (;;)
+		{
+			if (_slots[i] == entry) return;
+			if (_slots[i] == EMPTY) break;
+			i = (i + 1) & _mask;
+		}
+		_slots[i] = entry;
+		--_room;
 	}
 
-	static Korvo::UInt64 bit(Korvo::UInt32 hash)
-	{
-		return Korvo::UInt64(1) << (hash & 63);
-	}
-
-	Vocabulary<T>*         _pTable;
-	IndexedVocabulary<T>*  _pIndexed;
+	Vocabulary<T>*             _pTable;
+	IndexedVocabulary<T>*      _pIndexed;
 		/// Null where the set is not used.
-	unsigned int           _covered;
+	unsigned int               _covered;
 		/// The table's size when the set last matched it.
-	Korvo::UInt64          _bits[WORDS];
-	ValueHash<T>           _hash;
+	bool                       _found;
+		/// Whether the table's own operation found the last value added.
+	std::size_t                _room;
+		/// Entries the set takes before it grows.
+	std::size_t                _mask;
+	std::vector<Korvo::UInt32> _slots;
+		/// Open addressing, probed linearly, at most half full.
 };
 
 

@@ -23,6 +23,9 @@ namespace FastInfoset {
 namespace
 {
 	const std::size_t INITIAL_SLOTS = 64;
+
+	const std::string EMPTY;
+		// What an absent prefix or namespace name stands for.
 }
 
 
@@ -48,7 +51,6 @@ void QualifiedNameCache::reset(const DocumentVocabulary& vocabulary)
 inline const std::string* QualifiedNameCache::string(const Vocabulary<std::string>* pTable, unsigned int id)
 {
 	// An absent prefix or namespace name has index 0, the empty placeholder.
-	static const std::string EMPTY;
 	const std::string* pString = pTable && id != 0 ? pTable->lookup(id) : nullptr;
 	return pString ? pString : &EMPTY;
 }

@@ -56,7 +56,8 @@ void WriterState::give(WriterState* pState)
 bool WriterState::isSmall() const
 {
 	return knownNames.storage() <= MAX_KEPT_NAMES && states.capacity() <= MAX_KEPT_DEPTH
-		&& prefixMarks.capacity() <= MAX_KEPT_DEPTH && ownPrefixes.capacity() <= MAX_KEPT_DEPTH;
+		&& prefixMarks.capacity() <= MAX_KEPT_DEPTH && ownPrefixes.capacity() <= MAX_KEPT_DEPTH
+		&& attributeValues.capacity() <= MAX_KEPT_DEPTH && attributeLocalNames.size() <= MAX_KEPT_DEPTH;
 }
 
 

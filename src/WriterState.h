@@ -58,8 +58,12 @@ public:
 	std::vector<FastInfosetWriter::State> states;
 	std::vector<std::size_t>              prefixMarks;
 	std::vector<std::string>              ownPrefixes;
+	FastInfosetWriter::AttributeVec       attributeValues;
 		/// Storage only, empty between writers: a writer swaps it with its
 		/// members of the same names while it lives.
+	std::vector<std::string>              attributeLocalNames;
+		/// The local names a writer made for attributes that came without:
+		/// kept, so that their strings are not made again.
 
 private:
 	enum

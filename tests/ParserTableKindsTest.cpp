@@ -190,40 +190,113 @@ TEST(ParserTableKindsSequenceTest, ParsersReadEachDocumentAlikeWhateverCameBefor
 
 TEST(ParserTableKindsRepeatTest, ALiteralRepeatingATableValueIsFoundByIndexedTablesOnly)
 {
-	// n different chunks, then one that repeats the first: indexed tables
-	// give it the first one's index, vector tables a new one. Small tables
-	// and tables past the parser's filtering limit alike.
-	for (int distinct: {1, 30, 80})
+	// n different chunks, one that repeats the first, then a new one: indexed
+	// tables give the repeat the first one's index and the new one the next,
+	// vector tables a new index to each. Small tables and tables that the
+	// parser's set of hashes grows for, read by a parser made for each
+	// document and by one parser for all, a small document after large ones.
+	const auto chunk = [](int i)
+	{
+		char text[16];
+		std::snprintf(text, sizeof(text), "c%03d", i);
+		return std::string(text);
+	};
+	std::vector<std::string> documents;
+	const int counts[] = {1, 30, 80, 700, 2};
+	for (int distinct: counts)
 	{
 		std::ostringstream out;
 		FastInfosetWriter writer(out, false, DV::VOC_MAP);
 		const Korvo::XML::AttributesImpl none;
 		writer.startDocument();
 		writer.startElement("", "r", "", none);
-		for (int i = 0; i <= distinct; ++i)
+		for (int i = 0; i <= distinct + 1; ++i)
 		{
-			char text[16];
-			std::snprintf(text, sizeof(text), "c%02d", i < distinct ? i : 99);
+			const std::string text = chunk(i < distinct ? i : 999 + distinct - i);
 			writer.startElement("", "e", "", none);
-			writer.characters(text, 0, 3);
+			writer.characters(text.data(), 0, 4);
 			writer.endElement("", "e", "");
 		}
 		writer.endElement("", "r", "");
 		writer.endDocument();
-		std::string fis = out.str();
-		fis.replace(fis.rfind("c99"), 3, "c00");
-
-		for (DV::VocabularyImpl impl: {DV::VOC_MAP, DV::VOC_HASH, DV::VOC_VECTOR})
+		documents.push_back(out.str());
+		documents.back().replace(documents.back().rfind("c999"), 4, "c000");
+	}
+	for (DV::VocabularyImpl impl: {DV::VOC_MAP, DV::VOC_HASH, DV::VOC_VECTOR})
+	{
+		FastInfosetParser reused(impl);
+		for (std::size_t d = 0; d < documents.size(); ++d)
 		{
-			const Parsed parsed = parse(fis, impl);
+			SCOPED_TRACE(counts[d]);
+			const Parsed parsed = parse(documents[d], impl);
 			const Vocabulary<std::string>& chunks = *parsed.pVocabulary->vocabulary(DV::CHARACTER_CONTENT_CHUNK);
-			const unsigned int expected = distinct + (impl == DV::VOC_VECTOR ? 2 : 1);
-			ASSERT_EQ(expected, chunks.size()) << distinct << " impl " << impl;
-			EXPECT_EQ("c00", chunks.value(1));
-			EXPECT_EQ(impl == DV::VOC_VECTOR ? "c00" : (distinct == 1 ? "c00" : "c" + std::to_string(distinct - 1)), chunks.value(expected - 1));
-			EXPECT_EQ(parse(fis, DV::VOC_VECTOR).events, parsed.events);
+			const unsigned int expected = counts[d] + (impl == DV::VOC_VECTOR ? 3 : 2);
+			ASSERT_EQ(expected, chunks.size()) << "impl " << impl;
+			EXPECT_EQ("c000", chunks.value(1));
+			EXPECT_EQ(chunk(impl == DV::VOC_VECTOR ? 0 : counts[d] - 1), chunks.value(expected - 2));
+			EXPECT_EQ("c998", chunks.value(expected - 1));
+			EXPECT_EQ(parse(documents[d], DV::VOC_VECTOR).events, parsed.events);
+			reused.parseMemoryNP(documents[d].data(), documents[d].size());
+			expectSameVocabulary(*parsed.pVocabulary, reused.vocabulary());
 		}
 	}
+}
+
+
+namespace {
+
+
+std::string repeatingMessage(const std::string& prefix, const std::string& attribute, bool longName = false, bool numeric = false)
+	/// A message of literal names, with a namespace declaration.
+{
+	std::ostringstream out;
+	FastInfosetWriter writer(out, false, DV::VOC_MAP);
+	writer.setShortestLiterals(numeric);
+	Korvo::XML::AttributesImpl attributes;
+	attributes.addAttribute("", "id", "id", "", numeric ? "12345678" : "7");
+	attributes.addAttribute("urn:a", attribute, prefix + ":" + attribute, "", "v");
+	const Korvo::XML::AttributesImpl none;
+	writer.startDocument();
+	writer.startPrefixMapping(prefix, "urn:a");
+	writer.startElement("urn:a", "m", prefix + ":m", none);
+	const std::string x = longName ? std::string(100, 'x') : std::string("x");
+	writer.emptyElement("urn:a", x, prefix + ":" + x, attributes);
+	if (!numeric) writer.emptyElement("", "y", "y", attributes);
+	writer.endElement("urn:a", "m", prefix + ":m");
+	writer.endPrefixMapping(prefix);
+	writer.endDocument();
+	return out.str();
+}
+
+
+void parseInto(FastInfosetParser& parser, Korvo::FastInfoset::Test::PlainSaxRecorder& recorder, const std::string& fis, bool prefixes)
+{
+	parser.setFeature(Korvo::XML::XMLReader::FEATURE_NAMESPACE_PREFIXES, prefixes);
+	parser.setContentHandler(&recorder);
+	parser.parseMemoryNP(fis.data(), fis.size());
+}
+
+
+} // namespace
+
+
+TEST(ParserTableKindsRepeatTest, ANameRepeatingTheLastOneAddedKeepsItsText)
+{
+	// <x1><x2><x9><x8/></x9></x2></x1> with x9 turned into a repeat of x2,
+	// the local name added last: the element it names still ends as x2
+	// after x8 is read, whatever the tables.
+	std::ostringstream out;
+	FastInfosetWriter writer(out, false, DV::VOC_MAP);
+	const Korvo::XML::AttributesImpl none;
+	writer.startDocument();
+	for (const char* name: {"x1", "x2", "x9", "x8"}) writer.startElement("", name, "", none);
+	for (const char* name: {"x8", "x9", "x2", "x1"}) writer.endElement("", name, "");
+	writer.endDocument();
+	std::string fis = out.str();
+	fis.replace(fis.rfind("x9"), 2, "x2");
+	const std::vector<std::string> expected = parse(fis, DV::VOC_VECTOR).events;
+	ASSERT_EQ(std::string::npos, expected.back().find("x9"));
+	for (DV::VocabularyImpl impl: {DV::VOC_MAP, DV::VOC_HASH}) EXPECT_EQ(expected, parse(fis, impl).events) << impl;
 }
 
 
@@ -232,8 +305,9 @@ TEST(ParserTableKindsRepeatTest, AReusedParserReadsDocumentsThatRepeatTheLastOne
 	// Documents that repeat the one before, in part or whole, or break off,
 	// or have a long name where the one before had a short one, or end with
 	// names that are not read in place (after a value in a restricted
-	// alphabet), through one parser: the events and tables of a parser made
-	// for each, with either setting of the qualified names.
+	// alphabet), through one parser: the events and tables of a parser whose
+	// tables were made for the document, with either setting of the
+	// qualified names.
 	struct Message
 	{
 		const char* prefix;
@@ -248,51 +322,111 @@ TEST(ParserTableKindsRepeatTest, AReusedParserReadsDocumentsThatRepeatTheLastOne
 		{"p", "n", false, true, false}, {"p", "n", false, false, false}, {"p", "k", false, false, true}, {"p", "n", false, false, false}};
 	for (DV::VocabularyImpl impl: {DV::VOC_MAP, DV::VOC_HASH, DV::VOC_VECTOR})
 	{
+		const DV empty(impl);
 		FastInfosetParser reused(impl);
 		for (std::size_t i = 0; i < sizeof(messages)/sizeof(messages[0]); ++i)
 		{
 			SCOPED_TRACE(i);
 			const Message& message = messages[i];
-			const std::string prefix = message.prefix;
-			std::ostringstream out;
-			FastInfosetWriter writer(out, false, DV::VOC_MAP);
-			writer.setShortestLiterals(message.numeric);
-			Korvo::XML::AttributesImpl attributes;
-			attributes.addAttribute("", "id", "id", "", message.numeric ? "12345678" : "7");
-			attributes.addAttribute("urn:a", message.attribute, prefix + ":" + message.attribute, "", "v");
-			const Korvo::XML::AttributesImpl none;
-			writer.startDocument();
-			writer.startPrefixMapping(prefix, "urn:a");
-			writer.startElement("urn:a", "m", prefix + ":m", none);
-			const std::string x = message.longName ? std::string(100, 'x') : std::string("x");
-			writer.emptyElement("urn:a", x, prefix + ":" + x, attributes);
-			if (!message.numeric) writer.emptyElement("", "y", "y", attributes);
-			writer.endElement("urn:a", "m", prefix + ":m");
-			writer.endPrefixMapping(prefix);
-			writer.endDocument();
-			std::string fis = out.str();
+			std::string fis = repeatingMessage(message.prefix, message.attribute, message.longName, message.numeric);
 			if (message.truncated) fis.resize(fis.size() - 4);
 
 			const bool prefixes = i != 7;
 			Korvo::FastInfoset::Test::PlainSaxRecorder expected;
-			FastInfosetParser made(impl);
-			made.setFeature(Korvo::XML::XMLReader::FEATURE_NAMESPACE_PREFIXES, prefixes);
-			made.setContentHandler(&expected);
+			FastInfosetParser made(empty);
 			Korvo::FastInfoset::Test::PlainSaxRecorder recorder;
-			reused.setFeature(Korvo::XML::XMLReader::FEATURE_NAMESPACE_PREFIXES, prefixes);
-			reused.setContentHandler(&recorder);
 			if (message.truncated)
 			{
-				EXPECT_THROW(made.parseMemoryNP(fis.data(), fis.size()), Korvo::Exception);
-				EXPECT_THROW(reused.parseMemoryNP(fis.data(), fis.size()), Korvo::Exception);
+				EXPECT_THROW(parseInto(made, expected, fis, prefixes), Korvo::Exception);
+				EXPECT_THROW(parseInto(reused, recorder, fis, prefixes), Korvo::Exception);
 			}
 			else
 			{
-				made.parseMemoryNP(fis.data(), fis.size());
-				reused.parseMemoryNP(fis.data(), fis.size());
+				parseInto(made, expected, fis, prefixes);
+				parseInto(reused, recorder, fis, prefixes);
 			}
 			EXPECT_EQ(expected.events(), recorder.events());
 			expectSameVocabulary(made.vocabulary(), reused.vocabulary());
+		}
+	}
+}
+
+
+TEST(ParserTableKindsRepeatTest, AParserMadeAfterAnotherReadsAsAFreshOneWhateverCameBetween)
+{
+	// A parser made for each message takes over the names its predecessor
+	// on the thread recorded, with that parser's tables. Whatever came in
+	// between (another vocabulary using those tables, a document that broke
+	// off, another setting, other names, a predecessor with copied tables),
+	// it reads as a parser whose tables were made for the message.
+	enum Between { NOTHING, OTHER_VOCABULARY, BROKE_OFF, NO_PREFIXES, OTHER_NAMES, COPIED_TABLES };
+	const Between steps[] = {NOTHING, NOTHING, OTHER_VOCABULARY, NOTHING, BROKE_OFF, NOTHING, NO_PREFIXES, NOTHING,
+		OTHER_NAMES, NOTHING, COPIED_TABLES, NOTHING};
+	const std::string fis = repeatingMessage("p", "n");
+	for (DV::VocabularyImpl impl: {DV::VOC_MAP, DV::VOC_HASH, DV::VOC_VECTOR})
+	{
+		const DV empty(impl);
+		for (std::size_t i = 0; i < sizeof(steps)/sizeof(steps[0]); ++i)
+		{
+			SCOPED_TRACE(i);
+			const Between between = steps[i];
+			const std::string next = between == OTHER_NAMES ? repeatingMessage("q", "k", true) : fis;
+			const bool prefixes = between != NO_PREFIXES;
+			Korvo::FastInfoset::Test::PlainSaxRecorder expected;
+			FastInfosetParser reference(empty);
+			parseInto(reference, expected, next, prefixes);
+			{
+				std::unique_ptr<FastInfosetParser> pBefore(between == COPIED_TABLES ? new FastInfosetParser(empty) : new FastInfosetParser(impl));
+				Korvo::FastInfoset::Test::PlainSaxRecorder ignored;
+				parseInto(*pBefore, ignored, fis, true);
+				if (between == BROKE_OFF)
+				{
+					EXPECT_THROW(parseInto(*pBefore, ignored, fis.substr(0, fis.size() - 4), true), Korvo::Exception);
+				}
+			}
+			if (between == OTHER_VOCABULARY)
+			{
+				// Takes the tables just left and writes other names where the message's were.
+				DV other(impl);
+				bool existed;
+				for (DV::ID id: {DV::PREFIX, DV::NAMESPACE_NAME, DV::LOCAL_NAME})
+				{
+					for (const char* value: {"zz", "urn:z", "zzz", "z"}) other.index(id, value, existed);
+				}
+				for (unsigned int local = 1; local < 4; ++local) other.elementVocabulary()->index(QualifiedNameEntry(2, 2, local), existed);
+			}
+			Korvo::FastInfoset::Test::PlainSaxRecorder recorder;
+			FastInfosetParser made(impl);
+			parseInto(made, recorder, next, prefixes);
+			EXPECT_EQ(expected.events(), recorder.events());
+			expectSameVocabulary(reference.vocabulary(), made.vocabulary());
+		}
+	}
+}
+
+
+TEST(ParserTableKindsRepeatTest, ANewParsersFirstDocumentStartsFromNewTablesWhateverWasAddedBefore)
+{
+	// A new parser's first document skips emptying the tables that its
+	// vocabulary has just made, unless something was added to them since.
+	const std::string fis = repeatingMessage("p", "n");
+	for (DV::VocabularyImpl impl: {DV::VOC_MAP, DV::VOC_HASH, DV::VOC_VECTOR})
+	{
+		const DV empty(impl);
+		for (int added = 0; added < 3; ++added)
+		{
+			SCOPED_TRACE(added);
+			Korvo::FastInfoset::Test::PlainSaxRecorder expected;
+			FastInfosetParser reference(empty);
+			parseInto(reference, expected, fis, true);
+			FastInfosetParser parser(impl);
+			bool existed;
+			if (added == 1) parser.vocabulary().vocabulary(DV::LOCAL_NAME)->index("stale", existed);
+			if (added == 2) parser.getQNameVocabulary(true).index(QualifiedNameEntry(0, 0, 1), existed);
+			Korvo::FastInfoset::Test::PlainSaxRecorder recorder;
+			parseInto(parser, recorder, fis, true);
+			EXPECT_EQ(expected.events(), recorder.events());
+			expectSameVocabulary(reference.vocabulary(), parser.vocabulary());
 		}
 	}
 }

@@ -15,8 +15,11 @@
 #include "support/WriterTesting.h"
 #include <gtest/gtest.h>
 #include <functional>
+#include <memory>
 #include <sstream>
 #include <streambuf>
+#include <thread>
+#include <vector>
 
 using namespace Korvo::FastInfoset;
 using Korvo::XML::AttributesImpl;
@@ -353,6 +356,77 @@ TEST(WriterStructureTest, OneDocumentPerWriter)
 	writer.endDocument();
 	EXPECT_THROW_MESSAGE(writer.startDocument(), FISException, "startDocument() not allowed: a writer writes one document");
 	EXPECT_EQ(golden(HEADER + "F0"), hex(out.str()));
+}
+
+
+TEST(WriterStructureTest, WritersOnOneThreadWriteAsOnAFreshThread)
+{
+	// A writer takes over storage and tables that the thread's last writer
+	// left: whatever that one wrote, set or threw, the bytes are those of
+	// a writer on a thread that never wrote.
+	struct Case
+	{
+		std::function<FastInfosetWriter*(std::ostream&)> make;
+		std::function<void(FastInfosetWriter&)> write;
+	};
+	const AttributesImpl ATTRIBUTES = [] {
+		AttributesImpl a;
+		a.addAttribute("", "a", "a", "CDATA", "v");
+		a.addAttribute("", "b", "b", "CDATA", "");
+		a.addAttribute("urn:x", "c", "x:c", "CDATA", "a value of over sixteen octets");
+		return a;
+	}();
+	const std::string LONG_NAME(70, 'n');
+	const auto document = [&](const std::string& ns, const std::string& name) {
+		return [=](FastInfosetWriter& w) {
+			w.startDocument();
+			w.startPrefixMapping("p", ns);
+			w.startElement(ns, name, "p:" + name, ATTRIBUTES);
+			for (int i = 0; i < 3; ++i) w.emptyElement("", name, name, ATTRIBUTES);
+			w.emptyElement(ns, "a", "p:a", ATTRIBUTES);
+			w.endElement(ns, name, "p:" + name);
+			w.endDocument();
+		};
+	};
+	const Case cases[] = {
+		{[](std::ostream& out) { return new FastInfosetWriter(out); }, document("urn:a", "r")},
+		{[](std::ostream& out) { return new FastInfosetWriter(out, false, DocumentVocabulary::VOC_MAP); }, document("urn:b", LONG_NAME)},
+		{[](std::ostream& out) {
+			FastInfosetWriter* pWriter = new FastInfosetWriter(out, false, DocumentVocabulary::VOC_MAP);
+			bool existed;
+			pWriter->getDocumentVocabulary().index(DocumentVocabulary::LOCAL_NAME, "a", existed);
+			return pWriter;
+		}, document("urn:a", "a")},
+		{[](std::ostream& out) { return new FastInfosetWriter(out); }, [&](FastInfosetWriter& w) {
+			w.startDocument();
+			w.startElement("urn:c", "r", "r", ATTRIBUTES);
+			EXPECT_THROW(w.endDTD(), FISException);
+		}},
+	};
+	std::vector<std::string> fresh;
+	for (const Case& c: cases)
+	{
+		std::thread([&] {
+			std::ostringstream out;
+			std::unique_ptr<FastInfosetWriter> pWriter(c.make(out));
+			c.write(*pWriter);
+			pWriter.reset();
+			fresh.push_back(hex(out.str()));
+		}).join();
+	}
+	for (int pass = 0; pass < 2; ++pass)
+	{
+		for (std::size_t k = 0; k < fresh.size(); ++k)
+		{
+			const std::size_t i = pass == 0 ? k : fresh.size() - 1 - k;
+			SCOPED_TRACE(i);
+			std::ostringstream out;
+			std::unique_ptr<FastInfosetWriter> pWriter(cases[i].make(out));
+			cases[i].write(*pWriter);
+			pWriter.reset();
+			EXPECT_EQ(fresh[i], hex(out.str()));
+		}
+	}
 }
 
 

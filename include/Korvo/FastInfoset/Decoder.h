@@ -82,6 +82,11 @@ public:
 		/// documentHeader(), taking an external vocabulary that pGiven holds
 		/// for its URI from there.
 
+	static OpenHeaderParts documentHeader(BitStreamReader& aReader, DocumentVocabulary& voc, FISDocumentHandler* pHandler, ExternalVocabularies* pGiven, bool resetVocabulary);
+		/// documentHeader(), leaving voc as it is for a document without an
+		/// initial vocabulary unless resetVocabulary: for a vocabulary known
+		/// to be as reset() leaves it.
+
 	static std::string externalVocabularyURI(BitStreamReader& aReader);
 		/// Reads a document's header up to the URI of the external vocabulary
 		/// it names, and returns it; empty when it names none.

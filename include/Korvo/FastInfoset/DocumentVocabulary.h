@@ -185,6 +185,17 @@ private:
 	bool giveSpareTables();
 		/// Tables of a destroyed vocabulary wait, emptied, for the next
 		/// one of their kind made on the same thread.
+	Korvo::UInt64 tablesSerial();
+		/// A number, unique in the process, for the tables this vocabulary
+		/// holds; a vocabulary that takes them as spare tables next finds
+		/// it as tablesFrom().
+	Korvo::UInt64 tablesFrom() const;
+		/// The tablesSerial() of the vocabulary that left these tables,
+		/// where they came straight from it, untouched in between; 0 for
+		/// tables made, copied or replaced otherwise.
+
+	friend class FastInfosetParser;
+		/// Which hands its records of the tables' content on with them.
 
 	VocabularyImpl                        _impl;
 	std::vector<Vocabulary<std::string>*> _vocabularies;
@@ -198,6 +209,8 @@ private:
 		/// True when the tables are known to be of the chosen kind (made
 		/// by create() or checked since), so that emptying them need not
 		/// look again.
+	Korvo::UInt64                         _tablesSerial = 0;
+	Korvo::UInt64                         _tablesFrom = 0;
 };
 
 
@@ -296,6 +309,12 @@ inline const std::string& DocumentVocabulary::getURI() const
 inline DocumentVocabulary::VocabularyImpl DocumentVocabulary::impl() const
 {
 	return _impl;
+}
+
+
+inline Korvo::UInt64 DocumentVocabulary::tablesFrom() const
+{
+	return _tablesFrom;
 }
 
 

@@ -401,6 +401,8 @@ private:
 	unsigned addLiteral(DocumentVocabulary::ID id, Vocabulary<std::string>& table, const std::string& value);
 		/// Adds value to table, which is table id, as its index-or-add
 		/// operation does; returns the index.
+	bool tablesAsNew() const;
+		/// Whether every table holds as many values as a new vocabulary's.
 	void findTables();
 		/// Takes the tables' addresses from the vocabulary, which a
 		/// document header may have changed.
@@ -435,6 +437,14 @@ private:
 			/// Prefixes, namespace names, local names, element and attribute names.
 	};
 
+	enum RepeatStore
+		/// The kind of all five tables, where one is.
+	{
+		REPEAT_ANY,
+		REPEAT_INDEXED,
+		REPEAT_VECTOR
+	};
+
 	struct RepeatRecord
 	{
 		RepeatKind kind;
@@ -445,6 +455,8 @@ private:
 			/// The octets, in _repeatOctets.
 		unsigned sizesBefore[REPEAT_TABLES];
 		unsigned sizesAfter[REPEAT_TABLES];
+		unsigned grown;
+			/// Bit i set where table i grew.
 		ResolvedQualName name;
 		unsigned nameIndex;
 		std::size_t firstDeclaration;
@@ -461,6 +473,11 @@ private:
 		/// The record the last document had at this point, if it holds the
 		/// octets at p and the tables stand as they did.
 		/// Stops repeating otherwise.
+	void stopRepeating();
+		/// Drops the records from here on; the attribute lists may no
+		/// longer trust the strings they copied.
+	void forgetSources();
+		/// Makes every attribute list copy its names again.
 	void growTables(const RepeatRecord& record);
 		/// Grows the tables as they grew when the record was made.
 	RepeatRecord* recordRepeat(RepeatKind kind, unsigned char head, const unsigned char* p, const unsigned char* pEnd, const unsigned sizesBefore[REPEAT_TABLES]);
@@ -485,6 +502,8 @@ private:
 	bool                         _namespacePrefixes;
 	bool                         _attributeQNames;
 	DocumentVocabulary           _vocabulary;
+	bool                         _vocabularyAsNew = false;
+		/// Whether _vocabulary may still be as its constructor made it.
 	ExternalVocabularies         _externalVocabularies;
 	std::vector<std::unique_ptr<RecycledAttributes>> _attributeLists;
 		/// The attribute list of each of the first element names, by name
@@ -532,7 +551,10 @@ private:
 	std::size_t                  _repeatCursor = 0;
 		/// The next record to repeat.
 	bool                         _repeating = false;
-		/// This document has repeated every record so far.
+		/// This document has repeated every record so far: it has put no
+		/// name of its own in the tables, so the strings the attribute
+		/// lists copied names from, in this document or the last, still
+		/// hold them.
 	bool                         _recording = false;
 		/// This document's records are kept.
 	bool                         _repeatsUsable = false;
@@ -541,8 +563,7 @@ private:
 		/// This document began with tables that records may be repeated on.
 	bool                         _repeatQNames = true;
 		/// The namespace-prefixes feature when the records were made.
-	bool                         _parsedBefore = false;
-		/// Whether a document began here before.
+	RepeatStore                  _repeatStore = REPEAT_ANY;
 	const void*                  _pRepeatTables[REPEAT_TABLES] = {};
 	unsigned                     _repeatEndSizes[REPEAT_TABLES] = {};
 		/// The tables of the records, and their sizes when the document ended.

@@ -337,6 +337,9 @@ protected:
 	void writeEncodedCharacterString(const Encoding& encoding);
 
 private:
+	friend class WriterState;
+		/// Keeps the storage of the attribute lists between writers.
+
 	FastInfosetWriter(const FastInfosetWriter&);
 	FastInfosetWriter& operator = (const FastInfosetWriter&);
 
@@ -388,22 +391,42 @@ private:
 		/// position of the declaration of prefix and ns in the namespace
 		/// context, or NamespaceContext::NOT_FOUND. pLookup is the name's
 		/// lookUpName(), when the caller made it.
-	unsigned int writeNewQualifiedName(std::string_view prefix, const Korvo::XML::XMLString& ns, const Korvo::XML::XMLString& localName, Korvo::UInt32 localNameHash, bool inElement, std::size_t binding, QualifiedNameEntry& qne);
+	unsigned int writeNewQualifiedName(std::string_view prefix, const Korvo::XML::XMLString& ns, const Korvo::XML::XMLString& localName, Korvo::UInt32 localNameHash, bool inElement, std::size_t binding, QualifiedNameEntry& qne, unsigned int lead, int leadBits);
 		/// writeQualifiedName() for a name its table is known not to hold;
 		/// qne is the table's entry for the name when it is indexed.
-	bool writeNameParts(std::string_view prefix, const Korvo::XML::XMLString& ns, const Korvo::XML::XMLString& localName, Korvo::UInt32 localNameHash, bool inElement, std::size_t binding, QualifiedNameEntry& qne);
-		/// Writes the literal name's parts; false when it is not to be indexed.
+	bool writeNameParts(std::string_view prefix, const Korvo::XML::XMLString& ns, const Korvo::XML::XMLString& localName, Korvo::UInt32 localNameHash, bool inElement, std::size_t binding, QualifiedNameEntry& qne, unsigned int lead, int leadBits);
+		/// Writes the literal name's parts after the leadBits low bits of
+		/// lead; false when it is not to be indexed.
+	struct NameField
+		/// Bits of a literal name gathered to go out in one write.
+	{
+		Korvo::UInt64 value;
+		int           bits;
+	};
+
+	void flush(NameField& field);
+	void appendIndex(NameField& field, unsigned int idx);
+	void appendLiteral(NameField& field, std::string_view str);
+		/// A part of a literal name by its index or literally, added to the
+		/// field when it has bits that end an octet, else written on its own.
+	void appendPrefixAndNamespace(NameField& field, std::string_view prefix, std::string_view ns, unsigned int& prefixIdx, unsigned int& nsIdx);
+		/// The prefix and the namespace name that are not empty, each by its
+		/// index or literally; their indices, 0 for an empty one.
 	template <class Access>
 	void declareNamespacesOf(const Access& attributes);
 	template <class Access>
 	void appendAttributes(AttributeVec& attributeVec, const Access& attributes, const Korvo::XML::XMLString& elementNamespaceURI);
 		/// declareAttributeNamespaces() and addAttributes() through an
 		/// accessor of the attribute list.
+	void writeAttributeItems();
+		/// The attributes gathered in _attributeValues and their terminator.
 	void writeAttributeItem(const Korvo::XML::XMLString& prefix, const Korvo::XML::XMLString& ns, const Korvo::XML::XMLString& localName, const Korvo::XML::XMLString& value);
-		/// writeAttribute() at the position the start tag has reached.
+		/// writeAttribute(), the item's leading '0' included, where the
+		/// start tag has reached the start of an octet.
 	void writeNamespaceBinding(std::size_t position);
-		/// writeNamespaceAttribute() for a declaration of the namespace
-		/// context, which notes the indices of its prefix and namespace.
+		/// writeNamespaceAttribute(), the item's leading bits included, for
+		/// a declaration of the namespace context, which notes the indices
+		/// of its prefix and namespace.
 	void findTables();
 		/// Notes which tables can be searched without a virtual call.
 	unsigned int indexString(DocumentVocabulary::ID id, std::string_view str, bool& exists);
@@ -444,6 +467,9 @@ private:
 
 	static constexpr std::size_t SHORT_LITERAL = 64;
 		/// The longest identifying string whose length fits in its first octet.
+
+	static constexpr int MAX_NAME_FIELD = 56;
+		/// The most bits BitStreamWriter takes in one field.
 
 	static constexpr unsigned int NOT_INDEXED = 0xFFFFFFFF;
 		/// What indexString() returns for a string written only literally.

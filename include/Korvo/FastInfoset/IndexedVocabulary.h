@@ -100,6 +100,24 @@ public:
 		this->_index.push_back(value);
 	}
 
+	bool appendSpares(unsigned int n)
+		/// Makes the next n spare values part of the table as they are, as n
+		/// calls of append(spare()) would, where all of them exist (a table
+		/// grown back over what it held before) and the table has room for
+		/// them; returns false, changing nothing, otherwise.
+	{
+		if (Korvo::UInt64(this->_index.size()) + n > _capacity) return false;
+		return this->_index.appendSpares(n);
+	}
+
+	void appendSpare()
+		/// append() for the object that spare() returned last, stored where
+		/// it was built.
+	{
+		if (this->_index.size() >= _capacity) full();
+		this->_index.appendSpare();
+	}
+
 	unsigned int index(const T& value, bool& valueExisted) override
 	{
 		return add(value, valueExisted);

@@ -121,13 +121,13 @@ struct ValueHash<std::string>
 			a = word8(p + n - 16);
 			b = word8(p + n - 8);
 		}
-		return mix(a ^ K1 ^ n, b ^ h ^ K2);
+		return withSize(mix(a ^ K1, b ^ h ^ K2), n);
 	}
 
 	Korvo::UInt32 operator () (const ShortValue& value) const
 		/// The hash of the string value stands for.
 	{
-		return finish(mix(value.first ^ K1 ^ value.size, value.last ^ K2));
+		return finish(withSize(mix(value.first ^ K1, value.last ^ K2), value.size));
 	}
 
 	static bool sameOctets(const char* p, const char* q, std::size_t n)
@@ -152,6 +152,14 @@ struct ValueHash<std::string>
 		return static_cast<Korvo::UInt64>(product) ^ static_cast<Korvo::UInt64>(product >> 64);
 	}
 
+	static Korvo::UInt64 withSize(Korvo::UInt64 h, std::size_t n)
+		/// The length joins after the octets are mixed: mixed into a word of
+		/// them, it could undo a difference in a last octet ("AF" and "AFG",
+		/// "0x1000" and "0x10000").
+	{
+		return h + n*K3;
+	}
+
 	static Korvo::UInt32 finish(Korvo::UInt64 h)
 	{
 		return static_cast<Korvo::UInt32>(h ^ (h >> 32));
@@ -173,6 +181,7 @@ struct ValueHash<std::string>
 
 	static constexpr Korvo::UInt64 K1 = 0xA0761D6478BD642Full;
 	static constexpr Korvo::UInt64 K2 = 0xE7037ED1A0B428DBull;
+	static constexpr Korvo::UInt64 K3 = 0x8EBC6AF09C88C6E3ull;
 };
 
 

@@ -64,6 +64,15 @@ public:
 		return this->_index.size() - 1;
 	}
 
+	bool appendSpares(unsigned int n)
+		/// Makes the next n spare values part of the table as they are, as n
+		/// appends of spare() would, where all of them exist (a table grown
+		/// back over what it held before); returns false, changing nothing,
+		/// otherwise.
+	{
+		return this->_index.appendSpares(n);
+	}
+
 	unsigned int exists(const T& value, bool& found) const override
 		/// The first index holding value, found by a scan from index 0.
 	{

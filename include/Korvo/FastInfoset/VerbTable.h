@@ -110,6 +110,22 @@ public:
 		++_size;
 	}
 
+	bool appendSpares(unsigned int n)
+		/// Appends the next n objects as they are, as n calls of appendSpare()
+		/// after spare() would, where all of them exist already (left by
+		/// values dropped earlier); returns false, changing nothing, where
+		/// they do not.
+	{
+		if (n == 0) return true;
+		const unsigned int last = _size + n - 1;
+		if (last < _size) return false;
+		// Objects are only ever made at the end: the last one existing means all do.
+		const std::size_t k = chunkOf(last);
+		if (k >= _chunkCount || last - chunkStart(k) >= _chunks[k]->size()) return false;
+		_size = last + 1;
+		return true;
+	}
+
 	unsigned int size() const
 		/// Number of stored values.
 	{
