@@ -62,29 +62,54 @@ namespace
 			/// The giver's tablesSerial().
 	};
 
+	const std::size_t SPARE_SETS = 2;
+		// Sets kept per kind and thread: a vocabulary copied while another
+		// is alive (a writer's own and the one it starts from) finds one too.
+
 	struct SpareSets
-		/// The spare tables of one thread, one set per kind of vocabulary.
+		/// The spare tables of one thread, SPARE_SETS sets per kind of
+		/// vocabulary, filled from the first; the last given is taken first.
 	{
-		SpareTables sets[3];
+		SpareTables sets[3][SPARE_SETS];
 
 		~SpareSets()
 		{
-			for (SpareTables& set: sets)
+			for (auto& kind: sets)
 			{
-				if (!set.pElements) continue;
-				for (auto pTable: set.strings) delete pTable;
-				delete set.pElements;
-				delete set.pAttributes;
+				for (SpareTables& set: kind)
+				{
+					if (!set.pElements) continue;
+					for (auto pTable: set.strings) delete pTable;
+					delete set.pElements;
+					delete set.pAttributes;
+				}
 			}
 		}
 	};
 
-	SpareTables* spareSet(DocumentVocabulary::VocabularyImpl impl)
-		/// The set for impl, or null once the thread's sets are gone.
+	SpareTables* spareSet(DocumentVocabulary::VocabularyImpl impl, bool toGive)
+		/// The set for impl to give tables into (an empty one) or to take
+		/// them from (a filled one), or null where there is none or the
+		/// thread's sets are gone.
 	{
 		SpareSets* pSets = ThreadSpare<SpareSets>::get();
 		if (!pSets || impl > DocumentVocabulary::VOC_VECTOR) return nullptr;
-		return &pSets->sets[impl];
+		SpareTables* kind = pSets->sets[impl];
+		if (toGive)
+		{
+			for (std::size_t i = 0; i < SPARE_SETS; ++i)
+			{
+				if (!kind[i].pElements) return &kind[i];
+			}
+		}
+		else
+		{
+			for (std::size_t i = SPARE_SETS; i-- > 0;)
+			{
+				if (kind[i].pElements) return &kind[i];
+			}
+		}
+		return nullptr;
 	}
 
 	template <class T>
@@ -158,7 +183,7 @@ DocumentVocabulary::DocumentVocabulary(const DocumentVocabulary& other):
 {
 	try
 	{
-		copy(other);
+		if (!copyIntoSpareTables(other)) copy(other);
 	}
 	catch (...)
 	{
@@ -199,6 +224,14 @@ template <class T>
 void DocumentVocabulary::copyValues(const Vocabulary<T>& from, Vocabulary<T>& to)
 {
 	// Equal values stay apart, so that every index keeps its value.
+	// Tables that hold the same already (the placeholder and built-in
+	// entries of emptied tables, as a rule) stay as they are.
+	unsigned int same = 0;
+	if (to.size() == from.size())
+	{
+		while (same < from.size() && from.value(same) == to.value(same)) ++same;
+		if (same == from.size()) return;
+	}
 	to.truncate(0);
 	IndexedVocabulary<T>* pIndexed = dynamic_cast<IndexedVocabulary<T>*>(&to);
 	for (unsigned int i = 0; i < from.size(); ++i)
@@ -232,8 +265,8 @@ DocumentVocabulary::~DocumentVocabulary()
 
 bool DocumentVocabulary::giveSpareTables()
 {
-	SpareTables* pSet = spareSet(_impl);
-	if (!pSet || pSet->pElements || _vocabularies.size() != TABLE_SLOTS || !_pElementVocabulary || !_pAttributeVocabulary) return false;
+	SpareTables* pSet = spareSet(_impl, true);
+	if (!pSet || _vocabularies.size() != TABLE_SLOTS || !_pElementVocabulary || !_pAttributeVocabulary) return false;
 	for (std::size_t id = PREFIX; id < TABLE_SLOTS; ++id)
 	{
 		if (!_vocabularies[id] || _vocabularies[id]->storage() > MAX_SPARE_STORAGE) return false;
@@ -255,10 +288,39 @@ bool DocumentVocabulary::giveSpareTables()
 }
 
 
+bool DocumentVocabulary::hasStandardTables() const
+{
+	if (_vocabularies.size() != TABLE_SLOTS) return false;
+	if (_standardTables) return true;
+	for (std::size_t id = PREFIX; id < TABLE_SLOTS; ++id)
+	{
+		if (!isStandardTable(_vocabularies[id], STRING_TABLE_SIZES[id - PREFIX])) return false;
+	}
+	return isStandardTable(_pElementVocabulary, NAME_TABLE_SIZE) && isStandardTable(_pAttributeVocabulary, NAME_TABLE_SIZE);
+}
+
+
+bool DocumentVocabulary::copyIntoSpareTables(const DocumentVocabulary& other)
+{
+	// A vocabulary copied for each message (a writer's starting vocabulary,
+	// say) fills the storage the last one left instead of allocating anew.
+	if (!other.hasStandardTables() || !takeSpareTables()) return false;
+	// The tables hold other values now: no records of their content apply.
+	_tablesFrom = 0;
+	_uri = other._uri;
+	_restrictedAlphabets = other._restrictedAlphabets;
+	_encodings = other._encodings;
+	for (std::size_t id = PREFIX; id < TABLE_SLOTS; ++id) copyValues(*other._vocabularies[id], *_vocabularies[id]);
+	copyValues(*other._pElementVocabulary, *_pElementVocabulary);
+	copyValues(*other._pAttributeVocabulary, *_pAttributeVocabulary);
+	return true;
+}
+
+
 bool DocumentVocabulary::takeSpareTables()
 {
-	SpareTables* pSet = spareSet(_impl);
-	if (!pSet || !pSet->pElements) return false;
+	SpareTables* pSet = spareSet(_impl, false);
+	if (!pSet) return false;
 	// _vocabularies is empty.
 	_vocabularies.swap(pSet->strings);
 	_pElementVocabulary = pSet->pElements;

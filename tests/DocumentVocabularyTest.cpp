@@ -92,7 +92,20 @@ TEST_P(DocumentVocabularyTest, CopiesShareNoTable)
 	source.elementVocabulary()->index(QualifiedNameEntry(0, 0, 1), existed);
 	source.restrictedAlphabets().add("abc");
 
+	{
+		// Spare tables that vocabularies with other values left: the copy fills one.
+		DV left(GetParam()), right(GetParam());
+		for (DV* pLeft: {&left, &right})
+		{
+			add(*pLeft, DV::LOCAL_NAME, "x");
+			add(*pLeft, DV::LOCAL_NAME, "y");
+			add(*pLeft, DV::CHARACTER_CONTENT_CHUNK, "x");
+		}
+	}
 	DV copy(source);
+	bool found = false;
+	copy.vocabulary(DV::LOCAL_NAME)->exists("y", found);
+	EXPECT_FALSE(found);
 	EXPECT_EQ("urn:source", copy.getURI());
 	EXPECT_EQ(GetParam(), copy.impl());
 	expectSameTables(source, copy);

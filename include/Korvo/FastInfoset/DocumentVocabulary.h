@@ -183,6 +183,11 @@ private:
 	void swap(DocumentVocabulary& other);
 	bool takeSpareTables();
 	bool giveSpareTables();
+	bool hasStandardTables() const;
+		/// Whether every table is of the chosen kind and size.
+	bool copyIntoSpareTables(const DocumentVocabulary& other);
+		/// copy() into the thread's spare tables, where other's tables are
+		/// of the kind they are and there are spare tables.
 		/// Tables of a destroyed vocabulary wait, emptied, for the next
 		/// one of their kind made on the same thread.
 	Korvo::UInt64 tablesSerial();
