@@ -173,24 +173,9 @@ private:
 		using Hash = ValueHash<std::string>;
 		const std::size_t n = value.size();
 		if (n > 16) return Hash()(value);
-		const char* p = value.data();
-		Korvo::UInt64 a = 0;
-		Korvo::UInt64 b = 0;
-		if (n >= 8)
-		{
-			a = Hash::word8(p);
-			b = Hash::word8(p + n - 8);
-		}
-		else if (n >= 4)
-		{
-			a = Hash::word4(p);
-			b = Hash::word4(p + n - 4);
-		}
-		else if (n > 0)
-		{
-			const unsigned char* u = reinterpret_cast<const unsigned char*>(p);
-			a = (Korvo::UInt64(u[0]) << 16) | (Korvo::UInt64(u[n >> 1]) << 8) | u[n - 1];
-		}
+		Korvo::UInt64 a;
+		Korvo::UInt64 b;
+		Hash::shortWords(value.data(), n, a, b);
 		return Hash::finish(Hash::withSize(Hash::mix(a ^ Hash::K1, b ^ Hash::K2), n));
 	}
 

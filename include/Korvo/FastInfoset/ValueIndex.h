@@ -94,25 +94,11 @@ struct ValueHash<std::string>
 		/// h continued with the n octets at p and their number: sixteen at a
 		/// time, the last two words overlapping the ones before.
 	{
-		Korvo::UInt64 a = 0;
-		Korvo::UInt64 b = 0;
+		Korvo::UInt64 a;
+		Korvo::UInt64 b;
 		if (n <= 16)
 		{
-			if (n >= 8)
-			{
-				a = word8(p);
-				b = word8(p + n - 8);
-			}
-			else if (n >= 4)
-			{
-				a = word4(p);
-				b = word4(p + n - 4);
-			}
-			else if (n > 0)
-			{
-				const unsigned char* u = reinterpret_cast<const unsigned char*>(p);
-				a = (Korvo::UInt64(u[0]) << 16) | (Korvo::UInt64(u[n >> 1]) << 8) | u[n - 1];
-			}
+			shortWords(p, n, a, b);
 		}
 		else
 		{
@@ -165,6 +151,29 @@ struct ValueHash<std::string>
 		return static_cast<Korvo::UInt32>(h ^ (h >> 32));
 	}
 
+	static inline __attribute__((always_inline)) void shortWords(const char* p, std::size_t n, Korvo::UInt64& a, Korvo::UInt64& b)
+		/// The two words that stand for the n <= 16 octets at p: the first
+		/// and last eight or four, which may overlap, or three of them.
+	{
+		a = 0;
+		b = 0;
+		if (n >= 8)
+		{
+			a = word8(p);
+			b = word8(p + n - 8);
+		}
+		else if (n >= 4)
+		{
+			a = word4(p);
+			b = word4(p + n - 4);
+		}
+		else if (n > 0)
+		{
+			const unsigned char* u = reinterpret_cast<const unsigned char*>(p);
+			a = (Korvo::UInt64(u[0]) << 16) | (Korvo::UInt64(u[n >> 1]) << 8) | u[n - 1];
+		}
+	}
+
 	static Korvo::UInt64 word8(const char* p)
 	{
 		Korvo::UInt64 word;
@@ -189,23 +198,7 @@ inline ShortValue::ShortValue(const char* p, std::size_t n):
 	size(n)
 {
 	// The words ValueHash<std::string> starts from.
-	using Words = ValueHash<std::string>;
-	if (n >= 8)
-	{
-		first = Words::word8(p);
-		last = Words::word8(p + n - 8);
-	}
-	else if (n >= 4)
-	{
-		first = Words::word4(p);
-		last = Words::word4(p + n - 4);
-	}
-	else
-	{
-		const unsigned char* u = reinterpret_cast<const unsigned char*>(p);
-		first = (Korvo::UInt64(u[0]) << 16) | (Korvo::UInt64(u[n >> 1]) << 8) | u[n - 1];
-		last = 0;
-	}
+	ValueHash<std::string>::shortWords(p, n, first, last);
 }
 
 
