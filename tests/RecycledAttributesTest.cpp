@@ -96,3 +96,22 @@ TEST(RecycledAttributesTest, AnUnfinishedFillIsCleanedUpByTheNext)
 	fill(list, {{&none, &a, "4"}});
 	EXPECT_EQ("[|a|||4]", describe(list.attributes()));
 }
+
+
+TEST(RecycledAttributesTest, ValuesOfEveryLengthReplaceEachOther)
+{
+	// Longer and shorter values in turn, across the lengths copied in words.
+	const std::string none, a("a");
+	const std::size_t lengths[] = {3, 0, 1, 4, 7, 8, 9, 16, 17, 40, 12, 5, 2, 33, 16, 15, 0, 8};
+	RecycledAttributes list;
+	std::size_t round = 0;
+	for (std::size_t n: lengths)
+	{
+		std::string value;
+		for (std::size_t i = 0; i < n; ++i) value += static_cast<char>('a' + (i + round) % 26);
+		++round;
+		fill(list, {{&none, &a, value}});
+		EXPECT_EQ(value, list.attributes().getValue(0)) << n;
+		EXPECT_EQ(n, list.attributes().getValue(0).size());
+	}
+}
