@@ -60,7 +60,7 @@ inline void copyOctets(char* pTarget, const char* pSource, std::size_t length)
 }
 
 
-inline void assignChanged(std::string& target, const char* pText, std::size_t length)
+inline __attribute__((always_inline)) void assignChanged(std::string& target, const char* pText, std::size_t length)
 	/// Assigns the length octets at pText to target unless it holds them
 	/// already. A parser reused for messages of one kind finds most strings
 	/// where the message before left them, and a comparison costs less than

@@ -1429,46 +1429,61 @@ unsigned FastInfosetParser::enterName(const QualifiedNameEntry& name, bool isEle
 }
 
 
-bool FastInfosetParser::readBufferedValue(const unsigned char*& p, const unsigned char* pEnd, BufferedAttribute& attribute)
+inline void FastInfosetParser::deliverText(const std::string& text)
 {
+	if (_pContentHandler) _pContentHandler->characters(text.data(), 0, static_cast<int>(text.size()));
+}
+
+
+inline __attribute__((always_inline)) bool FastInfosetParser::readBufferedValue(const unsigned char*& p, const unsigned char* pEnd, BufferedAttribute& attribute)
+{
+	// Read through a copy of p, which the caller keeps in memory.
+	const unsigned char* q = p;
+	const unsigned char head = *q;
 	attribute.pIndexed = nullptr;
-	if (*p & 0x80)
+	if (head & 0x80)
 	{
 		unsigned index = 0;
-		if (!indexFromSecondBit(p, pEnd, index)) return false;
+		if (!indexFromSecondBit(q, pEnd, index)) return false;
 		attribute.pIndexed = _pTables[DocumentVocabulary::ATTRIBUTE_VALUE]->lookup(index);
+		p = q;
 		return attribute.pIndexed != nullptr;
 	}
 	// '0', add-to-table, 00 for UTF-8, then the length from the fifth bit.
-	if (*p & 0x30) return false;
-	attribute.addToTable = (*p & 0x40) != 0;
-	if (!lengthInOctet<4>(p, pEnd, attribute.length)) return false;
-	attribute.pText = reinterpret_cast<const char*>(p);
-	p += attribute.length;
+	if (head & 0x30) return false;
+	attribute.addToTable = (head & 0x40) != 0;
+	std::size_t length = 0;
+	if (!lengthInOctet<4>(q, pEnd, length)) return false;
+	attribute.length = length;
+	attribute.pText = reinterpret_cast<const char*>(q);
+	p = q + length;
 	return true;
 }
 
 
-bool FastInfosetParser::readBufferedCharacters(const unsigned char*& p, const unsigned char* pEnd)
+inline __attribute__((always_inline)) bool FastInfosetParser::readBufferedCharacters(const unsigned char*& p, const unsigned char* pEnd)
 {
 	// '10', then '1' and an index from the fourth bit, or '0', add-to-table,
-	// 00 for UTF-8 and the length from the seventh bit.
-	if (*p & 0x20)
+	// 00 for UTF-8 and the length from the seventh bit. Read through a copy
+	// of p, which the caller keeps in memory.
+	const unsigned char* q = p;
+	const unsigned char head = *q;
+	if (head & 0x20)
 	{
 		unsigned index = 0;
-		if (!indexFromFourthBit(p, pEnd, index)) return false;
+		if (!indexFromFourthBit(q, pEnd, index)) return false;
 		const std::string* pText = _pTables[DocumentVocabulary::CHARACTER_CONTENT_CHUNK]->lookup(index);
 		if (!pText) return false;
+		p = q;
 		deliverText(*pText);
 		return true;
 	}
-	if (*p & 0x0C) return false;
-	const bool addToTable = (*p & 0x10) != 0;
+	if (head & 0x0C) return false;
 	std::size_t length = 0;
-	if (!lengthInOctet<2>(p, pEnd, length)) return false;
-	const char* pText = reinterpret_cast<const char*>(p);
-	p += length;
-	if (addToTable)
+	if (!lengthInOctet<2>(q, pEnd, length)) return false;
+	const char* pText = reinterpret_cast<const char*>(q);
+	p = q + length;
+	if (head & 0x10)
 		deliverText(addValue(DocumentVocabulary::CHARACTER_CONTENT_CHUNK, pText, length));
 	else if (_pContentHandler)
 		_pContentHandler->characters(pText, 0, static_cast<int>(length));
@@ -2181,12 +2196,6 @@ void FastInfosetParser::parseCharacterChunk(BitStreamReader& aReader)
 
 	Korvo::AutoPtr<Encoding> pValue = parseNonIdentifyingStringOrIndex(aReader, DocumentVocabulary::CHARACTER_CONTENT_CHUNK);
 	deliver(*pValue);
-}
-
-
-void FastInfosetParser::deliverText(const std::string& text)
-{
-	if (_pContentHandler) _pContentHandler->characters(text.data(), 0, static_cast<int>(text.size()));
 }
 
 

@@ -49,6 +49,15 @@ class NewValueFilter
 	/// the table may have changed otherwise (a new document). A table that
 	/// holds many values when the set starts, or one without value lookup,
 	/// takes its own operation throughout.
+	///
+	/// The filter also keeps the hashes of the values it appended, in order,
+	/// as long as each was appended without a search. A table that starts
+	/// from values of the same hashes as the recorded ones, and then takes
+	/// values of the recorded hashes in the recorded order (a document like
+	/// the one before), gets each appended as it was then, with no set at
+	/// all: the set then held exactly the hashes of the values before, and
+	/// none was the new one's. The set is built from the record only when a
+	/// value departs from it.
 {
 public:
 	NewValueFilter():
@@ -56,8 +65,11 @@ public:
 		_pIndexed(nullptr),
 		_covered(0),
 		_found(false),
+		_replaying(false),
 		_room(0),
-		_mask(0)
+		_mask(0),
+		_historyStart(0),
+		_historyValid(0)
 	{
 	}
 
@@ -72,6 +84,12 @@ public:
 	{
 		forget();
 		if (_slots.size() > LARGE_SLOTS) std::vector<Korvo::UInt32>().swap(_slots);
+		if (_history.size() > LARGE_SLOTS)
+		{
+			std::vector<Korvo::UInt32>().swap(_history);
+			_historyStart = 0;
+			_historyValid = 0;
+		}
 	}
 
 	inline __attribute__((always_inline)) unsigned int add(Vocabulary<T>& table, const T& value)
@@ -108,6 +126,17 @@ private:
 			if (_pIndexed->IndexedVocabulary<T>::size() != _covered) return filter(table, value, isSpare);
 			// The common case, inline: a new value, appended without a search.
 			const Korvo::UInt32 hash = entryOf(hashOf(value));
+			if (_replaying)
+			{
+				if (_covered < _historyValid && _history[_covered] == hash)
+				{
+					// New, as the value of this hash was at this place before.
+					append(value, isSpare);
+					_found = false;
+					return _covered++;
+				}
+				stopReplaying();
+			}
 			std::size_t i = hash & _mask;
 			for (;;)
 			{
@@ -119,13 +148,11 @@ private:
 			if (_room != 0)
 			{
 				// The table refuses a value beyond its capacity before the set takes it.
-				if (isSpare)
-					_pIndexed->appendSpare();
-				else
-					_pIndexed->append(value);
+				append(value, isSpare);
 				_slots[i] = hash;
 				--_room;
 				_found = false;
+				if (_covered == _historyValid) record(hash);
 				return _covered++;
 			}
 		}
@@ -151,8 +178,35 @@ private:
 			bool existed;
 			return table.index(value, existed);
 		}
-		if (_room == 0) grow();
+		if (!_replaying && _room == 0) grow();
 		return add(table, value, isSpare);
+	}
+
+	inline __attribute__((always_inline)) void append(const T& value, bool isSpare)
+	{
+		if (isSpare)
+			_pIndexed->appendSpare();
+		else
+			_pIndexed->append(value);
+	}
+
+	inline __attribute__((always_inline)) void record(Korvo::UInt32 hash)
+		/// Adds the hash of a value appended without a search to the record.
+	{
+		if (_historyValid < _history.size())
+			_history[_historyValid] = hash;
+		else
+			_history.push_back(hash);
+		++_historyValid;
+	}
+
+	void __attribute__((noinline)) stopReplaying()
+		/// The set, from the record of the values the table holds now; the
+		/// rest of the record belongs to a document this one has left.
+	{
+		_replaying = false;
+		_historyValid = _covered;
+		rebuild();
 	}
 
 	unsigned int __attribute__((noinline)) search(Vocabulary<T>& table, const T& value)
@@ -203,26 +257,59 @@ private:
 		// that hold many values already, add through their own operation.
 		_pTable = &table;
 		_pIndexed = nullptr;
+		_replaying = false;
 		_covered = table.size();
-		if (_covered > LIMIT) return;
-		// The type descriptions' addresses: no name comparison, and at worst
-		// a table that could have been filtered is not.
 		const std::type_info* pType = &typeid(table);
-		if (pType == &typeid(MapVocabulary<T>))
-			_pIndexed = static_cast<MapVocabulary<T>*>(&table);
-		else if (pType == &typeid(HashVocabulary<T>))
-			_pIndexed = static_cast<HashVocabulary<T>*>(&table);
-		else
+		if (_covered <= LIMIT)
+		{
+			// The type descriptions' addresses: no name comparison, and at worst
+			// a table that could have been filtered is not.
+			if (pType == &typeid(MapVocabulary<T>))
+				_pIndexed = static_cast<MapVocabulary<T>*>(&table);
+			else if (pType == &typeid(HashVocabulary<T>))
+				_pIndexed = static_cast<HashVocabulary<T>*>(&table);
+		}
+		if (!_pIndexed)
+		{
+			_historyStart = 0;
+			_historyValid = 0;
 			return;
-		// The set stays as large as the last document needed, unless that
-		// was much less than it has.
-		if (_slots.empty() || (_slots.size() > LARGE_SLOTS && 8*(_slots.size()/2 - _room) < _slots.size()))
-			std::vector<Korvo::UInt32>(MIN_SLOTS, Korvo::UInt32(EMPTY)).swap(_slots);
+		}
+		// A table that starts as the recorded one did follows the record;
+		// any other starts a record of its own.
+		bool replay = _covered == _historyStart && _covered <= _historyValid;
+		if (_history.size() < _covered) _history.resize(_covered);
+		for (unsigned int i = 0; i < _covered; ++i)
+		{
+			const Korvo::UInt32 hash = entryOf(hashOf(*table.lookup(i)));
+			if (replay && _history[i] != hash) replay = false;
+			_history[i] = hash;
+		}
+		if (replay)
+		{
+			_replaying = true;
+			return;
+		}
+		_historyStart = _covered;
+		_historyValid = _covered;
+		rebuild();
+	}
+
+	void rebuild()
+		/// The set of the first _covered hashes of the record. It stays as
+		/// large as the last document needed, unless that was much less than
+		/// it has.
+	{
+		std::size_t size = _slots.size();
+		if (size == 0 || (size > LARGE_SLOTS && 8*(size/2 - _room) < size)) size = MIN_SLOTS;
+		while (size/2 <= _covered) size *= 2;
+		if (size != _slots.size())
+			std::vector<Korvo::UInt32>(size, Korvo::UInt32(EMPTY)).swap(_slots);
 		else
 			std::memset(_slots.data(), EMPTY, _slots.size()*sizeof(Korvo::UInt32));
 		_mask = _slots.size() - 1;
 		_room = _slots.size()/2;
-		for (unsigned int i = 0; i < _covered; ++i) enter(entryOf(hashOf(*table.lookup(i))));
+		for (unsigned int i = 0; i < _covered; ++i) enter(_history[i]);
 	}
 
 	void grow()
@@ -257,11 +344,19 @@ private:
 		/// The table's size when the set last matched it.
 	bool                       _found;
 		/// Whether the table's own operation found the last value added.
+	bool                       _replaying;
+		/// Whether the table follows the record, with no set.
 	std::size_t                _room;
 		/// Entries the set takes before it grows.
 	std::size_t                _mask;
 	std::vector<Korvo::UInt32> _slots;
 		/// Open addressing, probed linearly, at most half full.
+	std::vector<Korvo::UInt32> _history;
+		/// The set's entries for the table's values by index: the first
+		/// _historyStart were there when the record began, the others up
+		/// to _historyValid were appended without a search, in this order.
+	unsigned int               _historyStart;
+	unsigned int               _historyValid;
 };
 
 

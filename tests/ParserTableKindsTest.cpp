@@ -243,6 +243,64 @@ TEST(ParserTableKindsRepeatTest, ALiteralRepeatingATableValueIsFoundByIndexedTab
 }
 
 
+TEST(ParserTableKindsRepeatTest, AReusedParserReadsDocumentsThatRepeatTheLastOnesValuesAlike)
+{
+	// Text and attribute values as literals (a vector writer repeats them
+	// literally), in documents that repeat the one before in whole or in
+	// part, repeat a value of their own, or break off: one parser for all
+	// takes each as a parser made for it does.
+	const auto document = [](const std::vector<int>& values)
+	{
+		std::ostringstream out;
+		FastInfosetWriter writer(out, false, DV::VOC_VECTOR);
+		writer.startDocument();
+		writer.startElement("", "r", "", Korvo::XML::AttributesImpl());
+		for (int v: values)
+		{
+			const std::string text = "value " + std::to_string(v);
+			Korvo::XML::AttributesImpl attributes;
+			attributes.addAttribute("", "a", "a", "CDATA", "attribute " + std::to_string(v % 7 ? v : 0));
+			writer.startElement("", "e", "", attributes);
+			writer.characters(text.data(), 0, static_cast<int>(text.size()));
+			writer.endElement("", "e", "");
+		}
+		writer.endElement("", "r", "");
+		writer.endDocument();
+		return out.str();
+	};
+	std::vector<int> base;
+	for (int v = 1; v <= 40; ++v) base.push_back(v);
+	std::vector<int> repeats = base, departs = base, shifted = base, longer = base;
+	repeats[30] = 5;
+	departs[10] = 99;
+	shifted.insert(shifted.begin(), 77);
+	for (int v = 41; v <= 300; ++v) longer.push_back(v);
+	const std::string a = document(base), b = document(repeats), c = document(departs), d = document(shifted), e = document(longer);
+	const std::string broken = a.substr(0, a.size()*2/3);
+	const std::string* sequence[] = {&a, &a, &b, &a, &c, &a, &broken, &a, &d, &a, &e, &a, &e, &b, &b, &broken, &b};
+	for (DV::VocabularyImpl impl: {DV::VOC_MAP, DV::VOC_HASH})
+	{
+		FastInfosetParser reused(impl);
+		for (std::size_t i = 0; i < sizeof(sequence)/sizeof(sequence[0]); ++i)
+		{
+			SCOPED_TRACE(i);
+			const std::string& fis = *sequence[i];
+			Korvo::FastInfoset::Test::PlainSaxRecorder recorder;
+			reused.setContentHandler(&recorder);
+			if (&fis == &broken)
+			{
+				EXPECT_THROW(reused.parseMemoryNP(fis.data(), fis.size()), Korvo::Exception);
+				continue;
+			}
+			reused.parseMemoryNP(fis.data(), fis.size());
+			const Parsed made = parse(fis, impl);
+			EXPECT_EQ(made.events, recorder.events());
+			expectSameVocabulary(*made.pVocabulary, reused.vocabulary());
+		}
+	}
+}
+
+
 namespace {
 
 
