@@ -62,6 +62,7 @@ namespace
 	const unsigned char NAMESPACE_ATTRIBUTES = 0x38;
 	const unsigned char NOTATION = 0x30;
 	const unsigned char UNPARSED_ENTITY = 0x68;
+	const unsigned char COMMENT = 0xE2;
 	const unsigned char DOCUMENT_TYPE_PROCESSING_INSTRUCTION = 0x0E;
 
 	const unsigned int ABSENT_INDEX = 0xFFFFFFFF;
@@ -1111,6 +1112,10 @@ void FastInfosetParser::readBufferedChildren(BitStreamReader& aReader, std::size
 			{
 				more = readBufferedCharacters(p, pEnd);
 			}
+			else if (selector == COMMENT)
+			{
+				more = readBufferedComment(p, pEnd);
+			}
 			else if (selector >= 0xF0 && _openElements.size() > depth)
 			{
 				// An end, and in the same octet either padding or the end of the
@@ -1487,6 +1492,40 @@ inline __attribute__((always_inline)) bool FastInfosetParser::readBufferedCharac
 		deliverText(addValue(DocumentVocabulary::CHARACTER_CONTENT_CHUNK, pText, length));
 	else if (_pContentHandler)
 		_pContentHandler->characters(pText, 0, static_cast<int>(length));
+	return true;
+}
+
+
+inline __attribute__((always_inline)) bool FastInfosetParser::readBufferedComment(const unsigned char*& p, const unsigned char* pEnd)
+{
+	// 11100010, then from the next octet '1' and an index from the second
+	// bit, or '0', add-to-table, 00 for UTF-8 and the length from the fifth
+	// bit, as an attribute value.
+	const unsigned char* q = p + 1;
+	if (q == pEnd) return false;
+	const unsigned char head = *q;
+	if (head & 0x80)
+	{
+		unsigned index = 0;
+		if (!indexFromSecondBit(q, pEnd, index)) return false;
+		const std::string* pText = _pTables[DocumentVocabulary::OTHER_STRING]->lookup(index);
+		if (!pText) return false;
+		p = q;
+		if (_pLexicalHandler) _pLexicalHandler->comment(pText->data(), 0, static_cast<int>(pText->size()));
+		return true;
+	}
+	if (head & 0x30) return false;
+	std::size_t length = 0;
+	if (!lengthInOctet<4>(q, pEnd, length)) return false;
+	const char* pText = reinterpret_cast<const char*>(q);
+	p = q + length;
+	if (head & 0x40)
+	{
+		const std::string& text = addValue(DocumentVocabulary::OTHER_STRING, pText, length);
+		if (_pLexicalHandler) _pLexicalHandler->comment(text.data(), 0, static_cast<int>(text.size()));
+	}
+	else if (_pLexicalHandler)
+		_pLexicalHandler->comment(pText, 0, static_cast<int>(length));
 	return true;
 }
 

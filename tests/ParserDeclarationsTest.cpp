@@ -94,6 +94,9 @@ TEST(ParserDeclarationsTest, DeclarationsAndItems)
 		{"processing instruction and comments", FIS_HEADER + "E1 01 70 69 00 78 E2 42 68 65 79 E2 80" + ROOT_DOCUMENT,
 			concat({"startDocument()", "processingInstruction(pi|x)", "comment(hey)", "comment(hey)"},
 				std::vector<std::string>(ROOT_EVENTS.begin() + 1, ROOT_EVENTS.end()))},
+		// Comments inside an element: "hey" added, by index, "no" not added, "hi" in UTF-16.
+		{"comments inside an element", FIS_HEADER + "3C 03 72 6F 6F 74 E2 42 68 65 79 E2 80 E2 01 6E 6F E2 13 00 68 00 69 FF",
+			documentEvents({"startElement(|root|)", "comment(hey)", "comment(hey)", "comment(no)", "comment(hi)", "endElement(|root|)"})},
 		// Unexpanded entity reference "ent" with system identifier "e.xml": no event.
 		{"unexpanded entity reference", FIS_HEADER + "3C 03 72 6F 6F 74 CA 02 65 6E 74 04 65 2E 78 6D 6C FF", ROOT_EVENTS},
 	};
