@@ -70,6 +70,7 @@ public:
 			for (std::size_t k = 1; k < MAX_CHUNKS; ++k) std::swap(_chunks[k], tmp._chunks[k]);
 			std::swap(_chunkCount, tmp._chunkCount);
 			std::swap(_size, tmp._size);
+			for (std::size_t k = 0; k < _chunkCount; ++k) _values[k] = _chunks[k]->data();
 		}
 		return *this;
 	}
@@ -157,7 +158,7 @@ public:
 	{
 		if (idx >= _size) return nullptr;
 		std::size_t k = chunkOf(idx);
-		return &(*_chunks[k])[idx - chunkStart(k)];
+		return _values[k] + (idx - chunkStart(k));
 	}
 
 	const T& operator [] (unsigned int idx) const
@@ -222,6 +223,8 @@ private:
 			pChunk->reserve(chunkCapacity(_chunkCount));
 			_chunks[_chunkCount] = pChunk.release();
 		}
+		// Reserved whole, a chunk never moves its values.
+		_values[_chunkCount] = _chunks[_chunkCount]->data();
 		++_chunkCount;
 	}
 
@@ -255,6 +258,8 @@ private:
 	std::vector<T>* _chunks[MAX_CHUNKS];
 		/// Chunk k holds constructed objects up to its size(); those past
 		/// the table's size are spares. Chunk 0 is _first.
+	T*              _values[MAX_CHUNKS];
+		/// The first value of each chunk: a look-up reads no chunk.
 	std::size_t     _chunkCount;
 	unsigned int    _size;
 };
