@@ -1483,7 +1483,7 @@ inline __attribute__((always_inline)) bool FastInfosetParser::readBufferedCharac
 		deliverText(*pText);
 		return true;
 	}
-	if (head & 0x0C) return false;
+	if (head & 0x0C) return (head & 0x0C) == 0x0C && readBufferedCData(p, pEnd);
 	std::size_t length = 0;
 	if (!lengthInOctet<2>(q, pEnd, length)) return false;
 	const char* pText = reinterpret_cast<const char*>(q);
@@ -1492,6 +1492,32 @@ inline __attribute__((always_inline)) bool FastInfosetParser::readBufferedCharac
 		deliverText(addValue(DocumentVocabulary::CHARACTER_CONTENT_CHUNK, pText, length));
 	else if (_pContentHandler)
 		_pContentHandler->characters(pText, 0, static_cast<int>(length));
+	return true;
+}
+
+
+bool FastInfosetParser::readBufferedCData(const unsigned char*& p, const unsigned char* pEnd)
+{
+	// A CDATA section: '10', '0', add-to-table, 11 for an algorithm and its
+	// index less one in the next eight bits, then the length from the
+	// seventh bit of the second octet. Its text enters the table before the
+	// section begins, as on the general path.
+	const unsigned char* q = p;
+	const unsigned char head = *q++;
+	if (q == pEnd || ((head & 0x03) << 6 | *q >> 2) != EncodingAlgorithm::CDATA_ENCODING - 1) return false;
+	std::size_t length = 0;
+	if (!lengthInOctet<2>(q, pEnd, length)) return false;
+	const char* pText = reinterpret_cast<const char*>(q);
+	p = q + length;
+	int size = static_cast<int>(length);
+	if (head & 0x10)
+	{
+		const std::string& text = addValue(DocumentVocabulary::CHARACTER_CONTENT_CHUNK, pText, length);
+		pText = text.data();
+	}
+	if (_pLexicalHandler) _pLexicalHandler->startCDATA();
+	if (_pContentHandler) _pContentHandler->characters(pText, 0, size);
+	if (_pLexicalHandler) _pLexicalHandler->endCDATA();
 	return true;
 }
 

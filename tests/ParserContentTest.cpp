@@ -74,6 +74,10 @@ TEST(ParserContentTest, CharacterChunksInEveryForm)
 		// CDATA algorithm (10): "x<y", bracketed for the lexical handler.
 		{"cdata", "8C 26 00 78 3C 79",
 			{"startCDATA()", "characters(x<y)", "endCDATA()"}, {"startCDATA()", "characters(x<y)", "endCDATA()"}},
+		// CDATA of one and of two octets, in the short length forms.
+		{"cdata, short", "8C 24 78 8C 25 78 79",
+			{"startCDATA()", "characters(x)", "endCDATA()", "startCDATA()", "characters(xy)", "endCDATA()"},
+			{"startCDATA()", "characters(x)", "endCDATA()", "startCDATA()", "characters(xy)", "endCDATA()"}},
 		// The same added to the table, then its index: plain text.
 		{"cdata added", "9C 26 00 78 3C 79 A0",
 			{"startCDATA()", "characters(x<y)", "endCDATA()", "characters(x<y)"}, {"startCDATA()", "characters(x<y)", "endCDATA()", "characters(x<y)"}},

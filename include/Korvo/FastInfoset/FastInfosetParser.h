@@ -359,6 +359,7 @@ private:
 		/// Reads the element at p, of the window that begins at pStart.
 	bool readBufferedCharacters(const unsigned char*& p, const unsigned char* pEnd);
 	bool readBufferedComment(const unsigned char*& p, const unsigned char* pEnd);
+	bool readBufferedCData(const unsigned char*& p, const unsigned char* pEnd);
 	bool readBufferedAttribute(const unsigned char*& p, const unsigned char* pEnd, BufferedAttribute& attribute);
 	bool readBufferedValue(const unsigned char*& p, const unsigned char* pEnd, BufferedAttribute& attribute);
 	bool readBufferedName(const unsigned char*& p, const unsigned char* pEnd, BufferedName& name);
