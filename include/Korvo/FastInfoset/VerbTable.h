@@ -47,14 +47,16 @@ public:
 
 	VerbTable():
 		_chunkCount(0),
-		_size(0)
+		_size(0),
+		_made(0)
 	{
 		_chunks[0] = &_first;
 	}
 
 	VerbTable(const VerbTable& other):
 		_chunkCount(0),
-		_size(0)
+		_size(0),
+		_made(0)
 	{
 		_chunks[0] = &_first;
 		append(other);
@@ -70,6 +72,7 @@ public:
 			for (std::size_t k = 1; k < MAX_CHUNKS; ++k) std::swap(_chunks[k], tmp._chunks[k]);
 			std::swap(_chunkCount, tmp._chunkCount);
 			std::swap(_size, tmp._size);
+			std::swap(_made, tmp._made);
 			for (std::size_t k = 0; k < _chunkCount; ++k) _values[k] = _chunks[k]->data();
 		}
 		return *this;
@@ -94,12 +97,10 @@ public:
 		/// in it and then appended is stored in place. Its content is left
 		/// over from earlier use.
 	{
-		std::size_t k = chunkOf(_size);
-		if (k < _chunkCount)
+		if (_size < _made)
 		{
-			std::vector<T>& chunk = *_chunks[k];
-			std::size_t offset = _size - chunkStart(k);
-			if (offset < chunk.size()) return chunk[offset];
+			const std::size_t k = chunkOf(_size);
+			return _values[k][_size - chunkStart(k)];
 		}
 		return newSpare();
 	}
@@ -107,7 +108,7 @@ public:
 	void appendSpare()
 		/// Appends the object spare() returned last, as it is.
 	{
-		poco_assert_dbg (chunkOf(_size) < _chunkCount && _size - chunkStart(chunkOf(_size)) < _chunks[chunkOf(_size)]->size());
+		poco_assert_dbg (_size < _made);
 		++_size;
 	}
 
@@ -120,9 +121,7 @@ public:
 		if (n == 0) return true;
 		const unsigned int last = _size + n - 1;
 		if (last < _size) return false;
-		// Objects are only ever made at the end: the last one existing means all do.
-		const std::size_t k = chunkOf(last);
-		if (k >= _chunkCount || last - chunkStart(k) >= _chunks[k]->size()) return false;
+		if (last >= _made) return false;
 		_size = last + 1;
 		return true;
 	}
@@ -207,6 +206,7 @@ private:
 		if (k == _chunkCount) addChunk();
 		std::vector<T>& chunk = *_chunks[k];
 		chunk.emplace_back();
+		++_made;
 		return chunk.back();
 	}
 
@@ -233,6 +233,7 @@ private:
 		for (std::size_t k = 1; k < _chunkCount; ++k) delete _chunks[k];
 		_first.clear();
 		_chunkCount = 0;
+		_made = 0;
 	}
 
 	void append(const VerbTable& other)
@@ -262,6 +263,8 @@ private:
 		/// The first value of each chunk: a look-up reads no chunk.
 	std::size_t     _chunkCount;
 	unsigned int    _size;
+	unsigned int    _made;
+		/// Objects made so far, all at the end: values and spares.
 };
 
 
