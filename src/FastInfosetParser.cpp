@@ -344,6 +344,7 @@ void FastInfosetParser::setDocumentHandler(FISDocumentHandler* pDocumentHandler)
 
 Vocabulary<QualifiedNameEntry>& FastInfosetParser::getQNameVocabulary(bool inElement)
 {
+	growPending();
 	return inElement ? *_vocabulary.elementVocabulary() : *_vocabulary.attributeVocabulary();
 }
 
@@ -534,6 +535,7 @@ void FastInfosetParser::parseDocument(BitStreamReader& aReader)
 	_repeating = false;
 	_recording = false;
 	_repeatCursor = 0;
+	_growthPending = false;
 	if (usable)
 	{
 		unsigned sizes[REPEAT_TABLES];
@@ -569,10 +571,19 @@ void FastInfosetParser::parseDocument(BitStreamReader& aReader)
 	// from, unless the document grows them back over the same strings.
 	if (!_repeating) forgetSources();
 	if (_pDocumentHandler) _pDocumentHandler->setDocumentVocabulary(_vocabulary);
-	parseDocumentChildren(aReader, parts);
-	if (_pContentHandler) _pContentHandler->startDocument();
-	parseElementChildren(aReader);
-	if (_pContentHandler) _pContentHandler->endDocument();
+	try
+	{
+		parseDocumentChildren(aReader, parts);
+		if (_pContentHandler) _pContentHandler->startDocument();
+		parseElementChildren(aReader);
+		if (_pContentHandler) _pContentHandler->endDocument();
+	}
+	catch (...)
+	{
+		// A document that broke off leaves its tables as they were read.
+		growPending();
+		throw;
+	}
 	endRepeats();
 }
 
@@ -747,6 +758,9 @@ void FastInfosetParser::beginRepeats(bool hasInitialVocabulary)
 	_repeating = !_repeats.empty();
 	_recording = true;
 	_repeatable = true;
+	// A document handler holds the vocabulary and may look at its tables
+	// at any event.
+	_deferGrowth = _pDocumentHandler == nullptr;
 }
 
 
@@ -755,6 +769,7 @@ void FastInfosetParser::endRepeats()
 	// Records this document did not repeat may name entries that it filled
 	// otherwise, past the ones it repeated.
 	// A document that broke off leaves none: what it filled is unknown.
+	growPending();
 	if (_repeating) keepRepeats(_repeatCursor);
 	_repeatsUsable = _repeatable;
 	if (_repeatsUsable) tableSizes(_repeatEndSizes);
@@ -778,6 +793,9 @@ const FastInfosetParser::RepeatRecord* FastInfosetParser::repeated(RepeatKind ki
 		if (record.kind == kind && record.head == head && static_cast<std::size_t>(pEnd - p) >= record.length
 			&& sameOctets(reinterpret_cast<const char*>(p), _repeatOctets.data() + record.offset, record.length))
 		{
+			// Pending growth leaves the tables where the first record it
+			// covers found them; the records chain on from there.
+			if (_growthPending) return &record;
 			if (_repeatStore == REPEAT_INDEXED)
 			{
 				if (RepeatTables<IndexedVocabulary>::at(_pTables, _pNameTables, record.sizesBefore)) return &record;
@@ -803,6 +821,7 @@ void FastInfosetParser::stopRepeating()
 {
 	// From here on this document makes its own records, and its names may
 	// go where the last document's went.
+	growPending();
 	_repeating = false;
 	keepRepeats(_repeatCursor);
 	forgetSources();
@@ -815,16 +834,33 @@ void FastInfosetParser::forgetSources()
 }
 
 
-void FastInfosetParser::growTables(const RepeatRecord& record)
+void FastInfosetParser::takeRepeat()
 {
+	// The tables grow once, to where the last record repeated left them,
+	// when something else needs them (see growPending()).
+	if (!_growthPending)
+	{
+		_growthPending = true;
+		_pendingFrom = _repeatCursor;
+	}
 	++_repeatCursor;
-	// repeated() found the tables at the sizes before.
-	const unsigned* from = record.sizesBefore;
-	const unsigned* to = record.sizesAfter;
+	if (!_deferGrowth) growPending();
+}
+
+
+void FastInfosetParser::growPending() const
+{
+	if (!_growthPending) return;
+	_growthPending = false;
+	// The records chain: each starts from the sizes the one before left.
+	const unsigned* from = _repeats[_pendingFrom].sizesBefore;
+	const unsigned* to = _repeats[_repeatCursor - 1].sizesAfter;
+	unsigned grown = 0;
+	for (unsigned i = 0; i < REPEAT_TABLES; ++i) grown |= to[i] != from[i] ? 1u << i : 0u;
 	if (_repeatStore == REPEAT_INDEXED)
-		growAs<IndexedVocabulary>(_pTables, _pNameTables, record.grown, from, to);
+		growAs<IndexedVocabulary>(_pTables, _pNameTables, grown, from, to);
 	else if (_repeatStore == REPEAT_VECTOR)
-		growAs<VectorVocabulary>(_pTables, _pNameTables, record.grown, from, to);
+		growAs<VectorVocabulary>(_pTables, _pNameTables, grown, from, to);
 	else
 	{
 		if (to[0] != from[0]) growTo(*_pTables[DocumentVocabulary::PREFIX], from[0], to[0]);
@@ -1227,7 +1263,7 @@ void FastInfosetParser::readBufferedDeclarations(const unsigned char*& p, const 
 	const unsigned char* const pDeclarations = p;
 	if (const RepeatRecord* pRepeat = _repeating ? repeated(REPEAT_DECLARATIONS, 0, p, pEnd) : nullptr)
 	{
-		growTables(*pRepeat);
+		takeRepeat();
 		for (std::size_t i = 0; i < pRepeat->declarations; ++i)
 		{
 			const std::pair<const std::string*, const std::string*>& declaration = _repeatDeclarations[pRepeat->firstDeclaration + i];
@@ -1273,7 +1309,7 @@ inline __attribute__((always_inline)) bool FastInfosetParser::readLiteralElement
 	++p;
 	if (const RepeatRecord* pRepeat = _repeating ? repeated(REPEAT_ELEMENT_NAME, head, p, pEnd) : nullptr)
 	{
-		growTables(*pRepeat);
+		takeRepeat();
 		rememberRepeatedName(*pRepeat, true);
 		name = pRepeat->name;
 		nameIndex = pRepeat->nameIndex;
@@ -1294,7 +1330,7 @@ inline __attribute__((always_inline)) void FastInfosetParser::addAttributeName(c
 {
 	if (attribute.pRepeat)
 	{
-		growTables(*attribute.pRepeat);
+		takeRepeat();
 		rememberRepeatedName(*attribute.pRepeat, false);
 		name = attribute.pRepeat->name;
 		return;
@@ -1885,6 +1921,7 @@ inline const FastInfosetParser::ResolvedQualName& FastInfosetParser::resolvedNam
 
 const FastInfosetParser::ResolvedQualName& FastInfosetParser::resolveName(unsigned index, bool isElement)
 {
+	growPending();
 	ResolvedQualName qualName;
 	resolve(getQualifiedNameEntry(index, isElement), qualName);
 	rememberName(index, isElement, qualName);

@@ -14,6 +14,7 @@
 #include "support/ParserTestSupport.h"
 #include "support/SaxRecorder.h"
 #include "Poco/Exception.h"
+#include "Poco/SAX/DefaultHandler.h"
 #include <gtest/gtest.h>
 #include <algorithm>
 #include <cctype>
@@ -427,6 +428,78 @@ TEST(ParserTableKindsRepeatTest, ANewParsersFirstDocumentStartsFromNewTablesWhat
 			parseInto(parser, recorder, fis, true);
 			EXPECT_EQ(expected.events(), recorder.events());
 			expectSameVocabulary(reference.vocabulary(), parser.vocabulary());
+		}
+	}
+}
+
+
+namespace {
+
+
+class TableProbe: public Korvo::XML::DefaultHandler
+	/// Notes the sizes of the name tables at each element start, and throws
+	/// at the given one instead.
+{
+public:
+	TableProbe(const FastInfosetParser& parser, int throwAt): _parser(parser), _throwAt(throwAt)
+	{
+	}
+
+	void startElement(const Korvo::XML::XMLString&, const Korvo::XML::XMLString& localName, const Korvo::XML::XMLString&, const Korvo::XML::Attributes&) override
+	{
+		if (int(sizes.size()) + 1 == _throwAt) throw std::runtime_error("stop");
+		const DV& vocabulary = _parser.vocabulary();
+		std::ostringstream line;
+		line << localName;
+		for (DV::ID id: {DV::PREFIX, DV::NAMESPACE_NAME, DV::LOCAL_NAME}) line << ' ' << vocabulary.vocabulary(id)->size();
+		line << ' ' << vocabulary.elementVocabulary()->size() << ' ' << vocabulary.attributeVocabulary()->size();
+		sizes.push_back(line.str());
+	}
+
+	std::vector<std::string> sizes;
+
+private:
+	const FastInfosetParser& _parser;
+	int _throwAt;
+};
+
+
+} // namespace
+
+
+TEST(ParserTableKindsRepeatTest, TablesLookedAtDuringADocumentStandAsEachNameIsRead)
+{
+	// A reused parser grows the tables for the names that repeat the last
+	// document's only when something needs them: a handler that reads
+	// vocabulary() at each element, or stops the document with a throw,
+	// finds them as in a parser whose tables were made for the document,
+	// and the next document reads alike. Each throw follows a whole
+	// document, whose names it repeats.
+	const std::string fis = repeatingMessage("p", "n");
+	for (DV::VocabularyImpl impl: {DV::VOC_MAP, DV::VOC_HASH, DV::VOC_VECTOR})
+	{
+		const DV empty(impl);
+		FastInfosetParser reused(impl);
+		for (int throwAt: {0, 0, 1, 0, 2, 0, 3, 0})
+		{
+			SCOPED_TRACE(throwAt);
+			FastInfosetParser made(empty);
+			TableProbe expected(made, throwAt);
+			TableProbe probe(reused, throwAt);
+			made.setContentHandler(&expected);
+			reused.setContentHandler(&probe);
+			if (throwAt)
+			{
+				EXPECT_THROW(made.parseMemoryNP(fis.data(), fis.size()), std::runtime_error);
+				EXPECT_THROW(reused.parseMemoryNP(fis.data(), fis.size()), std::runtime_error);
+			}
+			else
+			{
+				made.parseMemoryNP(fis.data(), fis.size());
+				reused.parseMemoryNP(fis.data(), fis.size());
+			}
+			EXPECT_EQ(expected.sizes, probe.sizes);
+			expectSameVocabulary(made.vocabulary(), reused.vocabulary());
 		}
 	}
 }

@@ -478,8 +478,13 @@ private:
 		/// longer trust the strings they copied.
 	void forgetSources();
 		/// Makes every attribute list copy its names again.
-	void growTables(const RepeatRecord& record);
-		/// Grows the tables as they grew when the record was made.
+	void takeRepeat();
+		/// Takes the record at the cursor as repeated: the tables are to grow
+		/// as they grew when it was made, which growPending() does for a run
+		/// of records.
+	void growPending() const;
+		/// Grows the tables as the records repeated since the last call grew
+		/// them; done before anything else reads or adds to the name tables.
 	RepeatRecord* recordRepeat(RepeatKind kind, unsigned char head, const unsigned char* p, const unsigned char* pEnd, const unsigned sizesBefore[REPEAT_TABLES]);
 		/// Keeps what was just read from p to pEnd, unless the tables changed
 		/// otherwise since the last record.
@@ -564,6 +569,11 @@ private:
 	bool                         _repeatQNames = true;
 		/// The namespace-prefixes feature when the records were made.
 	RepeatStore                  _repeatStore = REPEAT_ANY;
+	bool                         _deferGrowth = true;
+		/// Repeated records grow the tables only when something needs them.
+	mutable bool                 _growthPending = false;
+	std::size_t                  _pendingFrom = 0;
+		/// The first record whose growth is pending.
 	const void*                  _pRepeatTables[REPEAT_TABLES] = {};
 	unsigned                     _repeatEndSizes[REPEAT_TABLES] = {};
 		/// The tables of the records, and their sizes when the document ended.
@@ -581,6 +591,7 @@ inline FISDocumentHandler* FastInfosetParser::getDocumentHandler() const
 
 inline const DocumentVocabulary& FastInfosetParser::vocabulary() const
 {
+	if (_growthPending) growPending();
 	return _vocabulary;
 }
 
