@@ -131,7 +131,7 @@ struct FastInfosetParser::SpareParts
 	bool held = false;
 	std::vector<std::unique_ptr<RecycledAttributes>> attributeLists;
 	std::vector<RecycledAttributes*> madeLists;
-	std::deque<std::string> qualifiedNames;
+	std::unique_ptr<std::deque<std::string>> pQualifiedNames;
 	std::vector<ResolvedQualName> elementNames;
 	std::vector<ResolvedQualName> attributeNames;
 	std::unique_ptr<NewValueFilter<std::string>[]> pStringFilters;
@@ -208,7 +208,7 @@ bool FastInfosetParser::takeSpareParts()
 	// Moves and swaps of what is there: nothing here can throw.
 	_attributeLists.swap(pSpare->attributeLists);
 	_madeLists.swap(pSpare->madeLists);
-	_qualifiedNames.swap(pSpare->qualifiedNames);
+	_pQualifiedNames.swap(pSpare->pQualifiedNames);
 	_elementNames.swap(pSpare->elementNames);
 	_attributeNames.swap(pSpare->attributeNames);
 	_pStringFilters = std::move(pSpare->pStringFilters);
@@ -245,7 +245,7 @@ void FastInfosetParser::giveSpareParts()
 {
 	SpareParts* pSpare = ThreadSpare<SpareParts>::get();
 	if (!pSpare || pSpare->held || _attributeLists.size() != ATTRIBUTE_LISTS || !_pStringFilters) return;
-	if (_qualifiedNames.size() > MAX_SPARE_NAMES || _elementNames.capacity() > MAX_SPARE_NAMES || _attributeNames.capacity() > MAX_SPARE_NAMES
+	if ((_pQualifiedNames && _pQualifiedNames->size() > MAX_SPARE_NAMES) || _elementNames.capacity() > MAX_SPARE_NAMES || _attributeNames.capacity() > MAX_SPARE_NAMES
 		|| _openElements.capacity() > MAX_SPARE_NAMES) return;
 	// What the next parser finds here is storage only: it makes every
 	// list copy its names again, and forgets every filter, before its
@@ -255,7 +255,7 @@ void FastInfosetParser::giveSpareParts()
 	_pNameFilters[1].trim();
 	_attributeLists.swap(pSpare->attributeLists);
 	_madeLists.swap(pSpare->madeLists);
-	_qualifiedNames.swap(pSpare->qualifiedNames);
+	_pQualifiedNames.swap(pSpare->pQualifiedNames);
 	_elementNames.swap(pSpare->elementNames);
 	_attributeNames.swap(pSpare->attributeNames);
 	pSpare->pStringFilters = std::move(_pStringFilters);
@@ -1950,8 +1950,9 @@ void FastInfosetParser::rememberName(unsigned index, bool isElement, const Resol
 		}
 		else
 		{
-			if (index >= _qualifiedNames.size()) _qualifiedNames.resize(index + 1);
-			std::string& qname = _qualifiedNames[index];
+			if (!_pQualifiedNames) _pQualifiedNames.reset(new std::deque<std::string>);
+			if (index >= _pQualifiedNames->size()) _pQualifiedNames->resize(index + 1);
+			std::string& qname = (*_pQualifiedNames)[index];
 			const std::string& prefix = *name.pPrefix;
 			const std::string& localName = *name.pLocalName;
 			// Mostly the name this index had in the message before.

@@ -535,10 +535,11 @@ private:
 		/// Element-name table entries resolved so far, by index.
 	std::vector<ResolvedQualName> _attributeNames;
 		/// Attribute-name table entries resolved so far, by index.
-	std::deque<std::string>      _qualifiedNames;
+	std::unique_ptr<std::deque<std::string>> _pQualifiedNames;
 		/// The prefixed qualified names of _elementNames, by index. Only
 		/// grows, so that a string keeps its place and its storage from
-		/// document to document.
+		/// document to document; made when first needed, as a deque
+		/// allocates when it is made.
 	std::list<std::string>       _unindexedStrings;
 		/// Literal names that full tables did not take, kept for the
 		/// document's events.
