@@ -834,7 +834,7 @@ void FastInfosetParser::forgetSources()
 }
 
 
-void FastInfosetParser::takeRepeat()
+inline __attribute__((always_inline)) void FastInfosetParser::takeRepeat()
 {
 	// The tables grow once, to where the last record repeated left them,
 	// when something else needs them (see growPending()).
@@ -917,7 +917,7 @@ void FastInfosetParser::recordName(RepeatKind kind, unsigned char head, const un
 }
 
 
-void FastInfosetParser::rememberRepeatedName(const RepeatRecord& record, bool isElement)
+inline __attribute__((always_inline)) void FastInfosetParser::rememberRepeatedName(const RepeatRecord& record, bool isElement)
 {
 	std::vector<ResolvedQualName>& names = isElement ? _elementNames : _attributeNames;
 	const unsigned index = record.nameIndex;
