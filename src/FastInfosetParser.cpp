@@ -891,8 +891,6 @@ FastInfosetParser::RepeatRecord* FastInfosetParser::recordRepeat(RepeatKind kind
 	record.offset = _repeatOctets.size();
 	record.length = static_cast<std::size_t>(pEnd - p);
 	std::copy(sizesBefore, sizesBefore + REPEAT_TABLES, record.sizesBefore);
-	record.grown = 0;
-	for (unsigned i = 0; i < REPEAT_TABLES; ++i) record.grown |= record.sizesAfter[i] != sizesBefore[i] ? 1u << i : 0u;
 	record.nameIndex = 0;
 	record.firstDeclaration = _repeatDeclarations.size();
 	record.declarations = 0;

@@ -455,8 +455,6 @@ private:
 			/// The octets, in _repeatOctets.
 		unsigned sizesBefore[REPEAT_TABLES];
 		unsigned sizesAfter[REPEAT_TABLES];
-		unsigned grown;
-			/// Bit i set where table i grew.
 		ResolvedQualName name;
 		unsigned nameIndex;
 		std::size_t firstDeclaration;
