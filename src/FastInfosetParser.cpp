@@ -132,7 +132,7 @@ struct FastInfosetParser::SpareParts
 	bool held = false;
 	std::vector<std::unique_ptr<RecycledAttributes>> attributeLists;
 	std::vector<RecycledAttributes*> madeLists;
-	std::deque<std::string> qualifiedNames;
+	std::unique_ptr<std::deque<std::string>> pQualifiedNames;
 	std::vector<ResolvedQualName> elementNames;
 	std::vector<ResolvedQualName> attributeNames;
 	std::unique_ptr<NewValueFilter<std::string>[]> pStringFilters;
@@ -209,7 +209,7 @@ bool FastInfosetParser::takeSpareParts()
 	// Moves and swaps of what is there: nothing here can throw.
 	_attributeLists.swap(pSpare->attributeLists);
 	_madeLists.swap(pSpare->madeLists);
-	_qualifiedNames.swap(pSpare->qualifiedNames);
+	_pQualifiedNames.swap(pSpare->pQualifiedNames);
 	_elementNames.swap(pSpare->elementNames);
 	_attributeNames.swap(pSpare->attributeNames);
 	_pStringFilters = std::move(pSpare->pStringFilters);
@@ -246,7 +246,7 @@ void FastInfosetParser::giveSpareParts()
 {
 	SpareParts* pSpare = ThreadSpare<SpareParts>::get();
 	if (!pSpare || pSpare->held || _attributeLists.size() != ATTRIBUTE_LISTS || !_pStringFilters) return;
-	if (_qualifiedNames.size() > MAX_SPARE_NAMES || _elementNames.capacity() > MAX_SPARE_NAMES || _attributeNames.capacity() > MAX_SPARE_NAMES
+	if ((_pQualifiedNames && _pQualifiedNames->size() > MAX_SPARE_NAMES) || _elementNames.capacity() > MAX_SPARE_NAMES || _attributeNames.capacity() > MAX_SPARE_NAMES
 		|| _openElements.capacity() > MAX_SPARE_NAMES) return;
 	// What the next parser finds here is storage only: it makes every
 	// list copy its names again, and forgets every filter, before its
@@ -256,7 +256,7 @@ void FastInfosetParser::giveSpareParts()
 	_pNameFilters[1].trim();
 	_attributeLists.swap(pSpare->attributeLists);
 	_madeLists.swap(pSpare->madeLists);
-	_qualifiedNames.swap(pSpare->qualifiedNames);
+	_pQualifiedNames.swap(pSpare->pQualifiedNames);
 	_elementNames.swap(pSpare->elementNames);
 	_attributeNames.swap(pSpare->attributeNames);
 	pSpare->pStringFilters = std::move(_pStringFilters);
@@ -345,6 +345,7 @@ void FastInfosetParser::setDocumentHandler(FISDocumentHandler* pDocumentHandler)
 
 Vocabulary<QualifiedNameEntry>& FastInfosetParser::getQNameVocabulary(bool inElement)
 {
+	growPending();
 	return inElement ? *_vocabulary.elementVocabulary() : *_vocabulary.attributeVocabulary();
 }
 
@@ -535,6 +536,7 @@ void FastInfosetParser::parseDocument(BitStreamReader& aReader)
 	_repeating = false;
 	_recording = false;
 	_repeatCursor = 0;
+	_growthPending = false;
 	if (usable)
 	{
 		unsigned sizes[REPEAT_TABLES];
@@ -570,10 +572,19 @@ void FastInfosetParser::parseDocument(BitStreamReader& aReader)
 	// from, unless the document grows them back over the same strings.
 	if (!_repeating) forgetSources();
 	if (_pDocumentHandler) _pDocumentHandler->setDocumentVocabulary(_vocabulary);
-	parseDocumentChildren(aReader, parts);
-	if (_pContentHandler) _pContentHandler->startDocument();
-	parseElementChildren(aReader);
-	if (_pContentHandler) _pContentHandler->endDocument();
+	try
+	{
+		parseDocumentChildren(aReader, parts);
+		if (_pContentHandler) _pContentHandler->startDocument();
+		parseElementChildren(aReader);
+		if (_pContentHandler) _pContentHandler->endDocument();
+	}
+	catch (...)
+	{
+		// A document that broke off leaves its tables as they were read.
+		growPending();
+		throw;
+	}
 	endRepeats();
 }
 
@@ -748,6 +759,9 @@ void FastInfosetParser::beginRepeats(bool hasInitialVocabulary)
 	_repeating = !_repeats.empty();
 	_recording = true;
 	_repeatable = true;
+	// A document handler holds the vocabulary and may look at its tables
+	// at any event.
+	_deferGrowth = _pDocumentHandler == nullptr;
 }
 
 
@@ -756,6 +770,7 @@ void FastInfosetParser::endRepeats()
 	// Records this document did not repeat may name entries that it filled
 	// otherwise, past the ones it repeated.
 	// A document that broke off leaves none: what it filled is unknown.
+	growPending();
 	if (_repeating) keepRepeats(_repeatCursor);
 	_repeatsUsable = _repeatable;
 	if (_repeatsUsable) tableSizes(_repeatEndSizes);
@@ -779,6 +794,9 @@ const FastInfosetParser::RepeatRecord* FastInfosetParser::repeated(RepeatKind ki
 		if (record.kind == kind && record.head == head && static_cast<std::size_t>(pEnd - p) >= record.length
 			&& sameOctets(reinterpret_cast<const char*>(p), _repeatOctets.data() + record.offset, record.length))
 		{
+			// Pending growth leaves the tables where the first record it
+			// covers found them; the records chain on from there.
+			if (_growthPending) return &record;
 			if (_repeatStore == REPEAT_INDEXED)
 			{
 				if (RepeatTables<IndexedVocabulary>::at(_pTables, _pNameTables, record.sizesBefore)) return &record;
@@ -804,6 +822,7 @@ void FastInfosetParser::stopRepeating()
 {
 	// From here on this document makes its own records, and its names may
 	// go where the last document's went.
+	growPending();
 	_repeating = false;
 	keepRepeats(_repeatCursor);
 	forgetSources();
@@ -816,16 +835,33 @@ void FastInfosetParser::forgetSources()
 }
 
 
-void FastInfosetParser::growTables(const RepeatRecord& record)
+inline __attribute__((always_inline)) void FastInfosetParser::takeRepeat()
 {
+	// The tables grow once, to where the last record repeated left them,
+	// when something else needs them (see growPending()).
+	if (!_growthPending)
+	{
+		_growthPending = true;
+		_pendingFrom = _repeatCursor;
+	}
 	++_repeatCursor;
-	// repeated() found the tables at the sizes before.
-	const unsigned* from = record.sizesBefore;
-	const unsigned* to = record.sizesAfter;
+	if (!_deferGrowth) growPending();
+}
+
+
+void FastInfosetParser::growPending() const
+{
+	if (!_growthPending) return;
+	_growthPending = false;
+	// The records chain: each starts from the sizes the one before left.
+	const unsigned* from = _repeats[_pendingFrom].sizesBefore;
+	const unsigned* to = _repeats[_repeatCursor - 1].sizesAfter;
+	unsigned grown = 0;
+	for (unsigned i = 0; i < REPEAT_TABLES; ++i) grown |= to[i] != from[i] ? 1u << i : 0u;
 	if (_repeatStore == REPEAT_INDEXED)
-		growAs<IndexedVocabulary>(_pTables, _pNameTables, record.grown, from, to);
+		growAs<IndexedVocabulary>(_pTables, _pNameTables, grown, from, to);
 	else if (_repeatStore == REPEAT_VECTOR)
-		growAs<VectorVocabulary>(_pTables, _pNameTables, record.grown, from, to);
+		growAs<VectorVocabulary>(_pTables, _pNameTables, grown, from, to);
 	else
 	{
 		if (to[0] != from[0]) growTo(*_pTables[DocumentVocabulary::PREFIX], from[0], to[0]);
@@ -856,8 +892,6 @@ FastInfosetParser::RepeatRecord* FastInfosetParser::recordRepeat(RepeatKind kind
 	record.offset = _repeatOctets.size();
 	record.length = static_cast<std::size_t>(pEnd - p);
 	std::copy(sizesBefore, sizesBefore + REPEAT_TABLES, record.sizesBefore);
-	record.grown = 0;
-	for (unsigned i = 0; i < REPEAT_TABLES; ++i) record.grown |= record.sizesAfter[i] != sizesBefore[i] ? 1u << i : 0u;
 	record.nameIndex = 0;
 	record.firstDeclaration = _repeatDeclarations.size();
 	record.declarations = 0;
@@ -882,7 +916,7 @@ void FastInfosetParser::recordName(RepeatKind kind, unsigned char head, const un
 }
 
 
-void FastInfosetParser::rememberRepeatedName(const RepeatRecord& record, bool isElement)
+inline __attribute__((always_inline)) void FastInfosetParser::rememberRepeatedName(const RepeatRecord& record, bool isElement)
 {
 	std::vector<ResolvedQualName>& names = isElement ? _elementNames : _attributeNames;
 	const unsigned index = record.nameIndex;
@@ -1232,7 +1266,7 @@ void FastInfosetParser::readBufferedDeclarations(const unsigned char*& p, const 
 	const unsigned char* const pDeclarations = p;
 	if (const RepeatRecord* pRepeat = _repeating ? repeated(REPEAT_DECLARATIONS, 0, p, pEnd) : nullptr)
 	{
-		growTables(*pRepeat);
+		takeRepeat();
 		for (std::size_t i = 0; i < pRepeat->declarations; ++i)
 		{
 			const std::pair<const std::string*, const std::string*>& declaration = _repeatDeclarations[pRepeat->firstDeclaration + i];
@@ -1278,7 +1312,7 @@ inline __attribute__((always_inline)) bool FastInfosetParser::readLiteralElement
 	++p;
 	if (const RepeatRecord* pRepeat = _repeating ? repeated(REPEAT_ELEMENT_NAME, head, p, pEnd) : nullptr)
 	{
-		growTables(*pRepeat);
+		takeRepeat();
 		rememberRepeatedName(*pRepeat, true);
 		name = pRepeat->name;
 		nameIndex = pRepeat->nameIndex;
@@ -1299,7 +1333,7 @@ inline __attribute__((always_inline)) void FastInfosetParser::addAttributeName(c
 {
 	if (attribute.pRepeat)
 	{
-		growTables(*attribute.pRepeat);
+		takeRepeat();
 		rememberRepeatedName(*attribute.pRepeat, false);
 		name = attribute.pRepeat->name;
 		return;
@@ -1965,6 +1999,7 @@ inline const FastInfosetParser::ResolvedQualName& FastInfosetParser::resolvedNam
 
 const FastInfosetParser::ResolvedQualName& FastInfosetParser::resolveName(unsigned index, bool isElement)
 {
+	growPending();
 	ResolvedQualName qualName;
 	resolve(getQualifiedNameEntry(index, isElement), qualName);
 	rememberName(index, isElement, qualName);
@@ -1993,8 +2028,9 @@ void FastInfosetParser::rememberName(unsigned index, bool isElement, const Resol
 		}
 		else
 		{
-			if (index >= _qualifiedNames.size()) _qualifiedNames.resize(index + 1);
-			std::string& qname = _qualifiedNames[index];
+			if (!_pQualifiedNames) _pQualifiedNames.reset(new std::deque<std::string>);
+			if (index >= _pQualifiedNames->size()) _pQualifiedNames->resize(index + 1);
+			std::string& qname = (*_pQualifiedNames)[index];
 			const std::string& prefix = *name.pPrefix;
 			const std::string& localName = *name.pLocalName;
 			// Mostly the name this index had in the message before.

@@ -14,6 +14,7 @@
 #include "support/ParserTestSupport.h"
 #include "support/SaxRecorder.h"
 #include "Poco/Exception.h"
+#include "Poco/SAX/DefaultHandler.h"
 #include <gtest/gtest.h>
 #include <algorithm>
 #include <cctype>
@@ -485,6 +486,102 @@ TEST(ParserTableKindsRepeatTest, ANewParsersFirstDocumentStartsFromNewTablesWhat
 			parseInto(parser, recorder, fis, true);
 			EXPECT_EQ(expected.events(), recorder.events());
 			expectSameVocabulary(reference.vocabulary(), parser.vocabulary());
+		}
+	}
+}
+
+
+namespace {
+
+
+struct HeldVocabulary: public FISDocumentHandler
+	/// Keeps the vocabulary it is given, as a handler that reads its tables
+	/// during the document may.
+{
+	const DV* pHeld = nullptr;
+	DV own;
+
+	void setDocumentVocabulary(const DV& vocabulary) override { pHeld = &vocabulary; }
+	DV& getDocumentVocabulary() override { return own; }
+	const DV& getDocumentVocabulary() const override { return own; }
+	void setWriteXMLDeclaration(bool) override {}
+	void setExternalVocabulary(const Korvo::XML::XMLString&, const DV&) override {}
+};
+
+
+class TableProbe: public Korvo::XML::DefaultHandler
+	/// Notes the sizes of the name tables at each element start, as
+	/// vocabulary() or a document handler holding them sees them, and throws
+	/// at the given element instead.
+{
+public:
+	TableProbe(const FastInfosetParser& parser, const HeldVocabulary* pHandler, int throwAt): _parser(parser), _pHandler(pHandler), _throwAt(throwAt)
+	{
+	}
+
+	void startElement(const Korvo::XML::XMLString&, const Korvo::XML::XMLString& localName, const Korvo::XML::XMLString&, const Korvo::XML::Attributes&) override
+	{
+		if (int(sizes.size()) + 1 == _throwAt) throw std::runtime_error("stop");
+		const DV& vocabulary = _pHandler ? *_pHandler->pHeld : _parser.vocabulary();
+		std::ostringstream line;
+		line << localName;
+		for (DV::ID id: {DV::PREFIX, DV::NAMESPACE_NAME, DV::LOCAL_NAME}) line << ' ' << vocabulary.vocabulary(id)->size();
+		line << ' ' << vocabulary.elementVocabulary()->size() << ' ' << vocabulary.attributeVocabulary()->size();
+		sizes.push_back(line.str());
+	}
+
+	std::vector<std::string> sizes;
+
+private:
+	const FastInfosetParser& _parser;
+	const HeldVocabulary* _pHandler;
+	int _throwAt;
+};
+
+
+} // namespace
+
+
+TEST(ParserTableKindsRepeatTest, TablesLookedAtDuringADocumentStandAsEachNameIsRead)
+{
+	// A reused parser grows the tables for the names that repeat the last
+	// document's only when something needs them: a handler that reads
+	// vocabulary() at each element, or a document handler that holds the
+	// tables, or a throw that stops the document, finds them as in a parser
+	// whose tables were made for the document, and the next document reads
+	// alike. Each throw follows a whole document, whose names it repeats.
+	const std::string fis = repeatingMessage("p", "n");
+	for (DV::VocabularyImpl impl: {DV::VOC_MAP, DV::VOC_HASH, DV::VOC_VECTOR})
+	{
+		for (bool held: {false, true})
+		{
+			const DV empty(impl);
+			FastInfosetParser reused(impl);
+			HeldVocabulary reusedHandler;
+			if (held) reused.setDocumentHandler(&reusedHandler);
+			for (int throwAt: {0, 0, 1, 0, 2, 0, 3, 0})
+			{
+				SCOPED_TRACE(std::to_string(impl) + (held ? " held " : " ") + std::to_string(throwAt));
+				FastInfosetParser made(empty);
+				HeldVocabulary madeHandler;
+				if (held) made.setDocumentHandler(&madeHandler);
+				TableProbe expected(made, held ? &madeHandler : nullptr, throwAt);
+				TableProbe probe(reused, held ? &reusedHandler : nullptr, throwAt);
+				made.setContentHandler(&expected);
+				reused.setContentHandler(&probe);
+				if (throwAt)
+				{
+					EXPECT_THROW(made.parseMemoryNP(fis.data(), fis.size()), std::runtime_error);
+					EXPECT_THROW(reused.parseMemoryNP(fis.data(), fis.size()), std::runtime_error);
+				}
+				else
+				{
+					made.parseMemoryNP(fis.data(), fis.size());
+					reused.parseMemoryNP(fis.data(), fis.size());
+				}
+				EXPECT_EQ(expected.sizes, probe.sizes);
+				expectSameVocabulary(made.vocabulary(), reused.vocabulary());
+			}
 		}
 	}
 }

@@ -457,8 +457,6 @@ private:
 			/// The octets, in _repeatOctets.
 		unsigned sizesBefore[REPEAT_TABLES];
 		unsigned sizesAfter[REPEAT_TABLES];
-		unsigned grown;
-			/// Bit i set where table i grew.
 		ResolvedQualName name;
 		unsigned nameIndex;
 		std::size_t firstDeclaration;
@@ -480,8 +478,13 @@ private:
 		/// longer trust the strings they copied.
 	void forgetSources();
 		/// Makes every attribute list copy its names again.
-	void growTables(const RepeatRecord& record);
-		/// Grows the tables as they grew when the record was made.
+	void takeRepeat();
+		/// Takes the record at the cursor as repeated: the tables are to grow
+		/// as they grew when it was made, which growPending() does for a run
+		/// of records.
+	void growPending() const;
+		/// Grows the tables as the records repeated since the last call grew
+		/// them; done before anything else reads or adds to the name tables.
 	RepeatRecord* recordRepeat(RepeatKind kind, unsigned char head, const unsigned char* p, const unsigned char* pEnd, const unsigned sizesBefore[REPEAT_TABLES]);
 		/// Keeps what was just read from p to pEnd, unless the tables changed
 		/// otherwise since the last record.
@@ -532,10 +535,11 @@ private:
 		/// Element-name table entries resolved so far, by index.
 	std::vector<ResolvedQualName> _attributeNames;
 		/// Attribute-name table entries resolved so far, by index.
-	std::deque<std::string>      _qualifiedNames;
+	std::unique_ptr<std::deque<std::string>> _pQualifiedNames;
 		/// The prefixed qualified names of _elementNames, by index. Only
 		/// grows, so that a string keeps its place and its storage from
-		/// document to document.
+		/// document to document; made when first needed, as a deque
+		/// allocates when it is made.
 	std::list<std::string>       _unindexedStrings;
 		/// Literal names that full tables did not take, kept for the
 		/// document's events.
@@ -566,6 +570,11 @@ private:
 	bool                         _repeatQNames = true;
 		/// The namespace-prefixes feature when the records were made.
 	RepeatStore                  _repeatStore = REPEAT_ANY;
+	bool                         _deferGrowth = true;
+		/// Repeated records grow the tables only when something needs them.
+	mutable bool                 _growthPending = false;
+	std::size_t                  _pendingFrom = 0;
+		/// The first record whose growth is pending.
 	const void*                  _pRepeatTables[REPEAT_TABLES] = {};
 	unsigned                     _repeatEndSizes[REPEAT_TABLES] = {};
 		/// The tables of the records, and their sizes when the document ended.
@@ -583,6 +592,7 @@ inline FISDocumentHandler* FastInfosetParser::getDocumentHandler() const
 
 inline const DocumentVocabulary& FastInfosetParser::vocabulary() const
 {
+	if (_growthPending) growPending();
 	return _vocabulary;
 }
 
