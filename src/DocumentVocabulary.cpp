@@ -317,6 +317,53 @@ bool DocumentVocabulary::copyIntoSpareTables(const DocumentVocabulary& other)
 }
 
 
+bool DocumentVocabulary::holdsCopyOf(const DocumentVocabulary& other, VocabularyImpl impl) const
+{
+	// A copy into tables of other's own kind clones them: only standard
+	// ones are made alike. Tables of another kind are always standard.
+	if (_impl != impl || !hasStandardTables() || other._vocabularies.size() != TABLE_SLOTS
+		|| !other._pElementVocabulary || !other._pAttributeVocabulary
+		|| (other._impl == impl && !other.hasStandardTables()))
+		return false;
+	// Application algorithms are functions that cannot be told apart cheaply.
+	if (_encodings.size() != EncodingAlgorithm::USER_DEFINED || other._encodings.size() != EncodingAlgorithm::USER_DEFINED || _uri != other._uri) return false;
+	const std::vector<RestrictedAlphabet>& alphabets = _restrictedAlphabets.alphabets();
+	const std::vector<RestrictedAlphabet>& otherAlphabets = other._restrictedAlphabets.alphabets();
+	if (&alphabets != &otherAlphabets)
+	{
+		if (alphabets.size() != otherAlphabets.size()) return false;
+		for (std::size_t i = 0; i < alphabets.size(); ++i)
+		{
+			if (alphabets[i].alphabet() != otherAlphabets[i].alphabet()) return false;
+		}
+	}
+	for (std::size_t id = PREFIX; id < TABLE_SLOTS; ++id)
+	{
+		if (!other._vocabularies[id] || !sameValues(*_vocabularies[id], *other._vocabularies[id])) return false;
+	}
+	return sameValues(*_pElementVocabulary, *other._pElementVocabulary) && sameValues(*_pAttributeVocabulary, *other._pAttributeVocabulary);
+}
+
+
+template <class T>
+bool DocumentVocabulary::sameValues(const Vocabulary<T>& left, const Vocabulary<T>& right)
+{
+	const unsigned int size = left.size();
+	if (size != right.size()) return false;
+	// The library's own kinds hold their values where lookup() finds them;
+	// an application's kind is asked through value().
+	const std::type_info& kind = typeid(right);
+	const bool stored = kind == typeid(HashVocabulary<T>) || kind == typeid(MapVocabulary<T>) || kind == typeid(VectorVocabulary<T>);
+	for (unsigned int i = 0; i < size; ++i)
+	{
+		const T* pLeft = left.lookup(i);
+		const T* pRight = stored ? right.lookup(i) : &right.value(i);
+		if (!pLeft || !pRight || !sameValue(*pLeft, *pRight)) return false;
+	}
+	return true;
+}
+
+
 bool DocumentVocabulary::takeSpareTables()
 {
 	SpareTables* pSet = spareSet(_impl, false);
@@ -432,6 +479,19 @@ void DocumentVocabulary::emptyTable(Vocabulary<T>& table)
 		bool existed;
 		table.index(T(), existed);
 	}
+}
+
+
+template <class T>
+inline bool DocumentVocabulary::sameValue(const T& left, const T& right)
+{
+	return left == right;
+}
+
+
+inline bool DocumentVocabulary::sameValue(const std::string& left, const std::string& right)
+{
+	return left.size() == right.size() && ValueHash<std::string>::sameOctets(left.data(), right.data(), left.size());
 }
 
 

@@ -268,7 +268,35 @@ FastInfosetWriter::~FastInfosetWriter()
 	_ownPrefixes.swap(_pState->ownPrefixes);
 	_attributeValues.swap(_pState->attributeValues);
 	_attributeLocalNames.swap(_pState->attributeLocalNames);
+	if (_vocabularyIsExternal) keepExternalCopy();
 	WriterState::give(_pState);
+}
+
+
+void FastInfosetWriter::keepExternalCopy() noexcept
+{
+	// Back at the external vocabulary's content, the document vocabulary is
+	// a copy of it that the next writer may take. Only small ones are kept.
+	std::unique_ptr<DocumentVocabulary>& pKept = _pState->externalCopy;
+	try
+	{
+		std::size_t values = 0;
+		for (unsigned int size: _externalSizes) values += size;
+		if (values > MAX_KEPT_EXTERNAL)
+		{
+			pKept.reset();
+			return;
+		}
+		std::size_t i = 0;
+		forEachTable(_vocabulary, [this, &i](auto& table) { table.truncate(_externalSizes[i++]); });
+		_vocabulary.restrictedAlphabets().truncate(_externalSizes[i]);
+		if (!pKept) pKept.reset(new DocumentVocabulary(DocumentVocabulary::DONT_INITIALIZE));
+		_vocabulary.swap(*pKept);
+	}
+	catch (...)
+	{
+		pKept.reset();
+	}
 }
 
 
@@ -374,7 +402,14 @@ void FastInfosetWriter::useExternalVocabulary(const XMLString& uri, const Docume
 	if (uri.empty()) throw Korvo::InvalidArgumentException("An external vocabulary needs a URI");
 	if (!voc.vocabulary(DocumentVocabulary::PREFIX)) throw Korvo::InvalidArgumentException("An external vocabulary needs its tables", uri);
 	_vocabularyFresh = false;
-	if (voc.impl() == DocumentVocabulary::VOC_VECTOR)
+	// The thread's last writer may have left a copy of an equal vocabulary,
+	// its index built: comparing costs less than copying. The tables the
+	// writer had wait in its place until the writer ends.
+	const DocumentVocabulary::VocabularyImpl impl = voc.impl() == DocumentVocabulary::VOC_VECTOR ? DocumentVocabulary::VOC_MAP : voc.impl();
+	std::unique_ptr<DocumentVocabulary>& pKept = _pState->externalCopy;
+	if (pKept && &voc != &_vocabulary && pKept->holdsCopyOf(voc, impl))
+		_vocabulary.swap(*pKept);
+	else if (voc.impl() == DocumentVocabulary::VOC_VECTOR)
 		_vocabulary = DocumentVocabulary(voc, DocumentVocabulary::VOC_MAP);
 	else
 		_vocabulary = voc;

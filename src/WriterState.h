@@ -21,6 +21,7 @@
 #include "Korvo/FastInfoset/FastInfosetWriter.h"
 #include "NamespaceContext.h"
 #include "QualifiedNameCache.h"
+#include <memory>
 #include <vector>
 
 
@@ -64,6 +65,11 @@ public:
 	std::vector<std::string>              attributeLocalNames;
 		/// The local names a writer made for attributes that came without:
 		/// kept, so that their strings are not made again.
+	std::unique_ptr<DocumentVocabulary>   externalCopy;
+		/// The last writer's copy of its external vocabulary, back at the
+		/// external vocabulary's content, or null: the next writer given an
+		/// equal one takes it instead of copying (see useExternalVocabulary()).
+		/// Only a small one is kept.
 
 private:
 	enum

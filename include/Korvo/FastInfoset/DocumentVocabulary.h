@@ -199,8 +199,23 @@ private:
 		/// where they came straight from it, untouched in between; 0 for
 		/// tables made, copied or replaced otherwise.
 
+	bool holdsCopyOf(const DocumentVocabulary& other, VocabularyImpl impl) const;
+		/// True when this vocabulary holds exactly what a copy of other
+		/// into tables of the kind impl would hold (the writer's copy of an
+		/// external vocabulary): the same URI, alphabets and values at the
+		/// same indices, in tables of the chosen kind and size, and only
+		/// built-in encoding algorithms on both sides.
+	template <class T>
+	static bool sameValues(const Vocabulary<T>& left, const Vocabulary<T>& right);
+	template <class T>
+	static bool sameValue(const T& left, const T& right);
+	static bool sameValue(const std::string& left, const std::string& right);
+
 	friend class FastInfosetParser;
 		/// Which hands its records of the tables' content on with them.
+	friend class FastInfosetWriter;
+		/// Which keeps its copy of an external vocabulary for the next
+		/// writer on the thread, and swaps it in when it still holds a copy.
 
 	VocabularyImpl                        _impl;
 	std::vector<Vocabulary<std::string>*> _vocabularies;

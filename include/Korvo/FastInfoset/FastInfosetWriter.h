@@ -369,6 +369,10 @@ private:
 	void keepExternalVocabulary();
 		/// Copies the external vocabulary out of the document vocabulary,
 		/// when useExternalVocabulary() made them one.
+	void keepExternalCopy() noexcept;
+		/// Leaves the document vocabulary, truncated back to the external
+		/// vocabulary that useExternalVocabulary() copied into it, for the
+		/// next writer on the thread.
 	void writeNameSurrogate(const QualifiedNameEntry& qne);
 	bool findQualifiedName(const Korvo::XML::XMLString& prefix, const Korvo::XML::XMLString& ns, const Korvo::XML::XMLString& localName, bool inElement, unsigned int& idx) const;
 	void forgetNames();
@@ -473,6 +477,10 @@ private:
 
 	static constexpr unsigned int NOT_INDEXED = 0xFFFFFFFF;
 		/// What indexString() returns for a string written only literally.
+
+	static constexpr std::size_t MAX_KEPT_EXTERNAL = 65536;
+		/// The most values (all tables) of an external vocabulary whose
+		/// copy is kept for the next writer.
 
 	static constexpr std::size_t MAX_INDENT = 32;
 		/// The longest indentation text remembered in _indentIndices.
