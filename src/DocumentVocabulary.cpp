@@ -263,15 +263,22 @@ DocumentVocabulary::~DocumentVocabulary()
 }
 
 
-bool DocumentVocabulary::giveSpareTables()
+bool DocumentVocabulary::canBeSpare() const
 {
-	SpareTables* pSet = spareSet(_impl, true);
-	if (!pSet || _vocabularies.size() != TABLE_SLOTS || !_pElementVocabulary || !_pAttributeVocabulary) return false;
+	if (_vocabularies.size() != TABLE_SLOTS || !_pElementVocabulary || !_pAttributeVocabulary) return false;
 	for (std::size_t id = PREFIX; id < TABLE_SLOTS; ++id)
 	{
 		if (!_vocabularies[id] || _vocabularies[id]->storage() > MAX_SPARE_STORAGE) return false;
 	}
-	if (_pElementVocabulary->storage() > MAX_SPARE_STORAGE || _pAttributeVocabulary->storage() > MAX_SPARE_STORAGE) return false;
+	return _pElementVocabulary->storage() <= MAX_SPARE_STORAGE && _pAttributeVocabulary->storage() <= MAX_SPARE_STORAGE && hasStandardTables();
+}
+
+
+bool DocumentVocabulary::giveSpareTables()
+{
+	if (!canBeSpare()) return false;
+	SpareTables* pSet = spareSet(_impl, true);
+	if (!pSet) return false;
 	try
 	{
 		if (!emptyTables()) return false;
@@ -408,7 +415,7 @@ void DocumentVocabulary::reset()
 }
 
 
-bool DocumentVocabulary::emptyTables()
+bool DocumentVocabulary::emptyTables(bool values)
 {
 	if (_vocabularies.size() != TABLE_SLOTS) return false;
 	if (!_standardTables)
@@ -424,7 +431,10 @@ bool DocumentVocabulary::emptyTables()
 	// The built-in prefix and namespace name stay where init() would put them again.
 	keepBuiltIn(*_vocabularies[PREFIX], xmlPrefix());
 	keepBuiltIn(*_vocabularies[NAMESPACE_NAME], xmlNamespace());
-	for (std::size_t id = NAMESPACE_NAME + 1; id < TABLE_SLOTS; ++id) emptyTable(*_vocabularies[id]);
+	for (std::size_t id = NAMESPACE_NAME + 1; id < TABLE_SLOTS; ++id)
+	{
+		if (values || (id != ATTRIBUTE_VALUE && id != CHARACTER_CONTENT_CHUNK)) emptyTable(*_vocabularies[id]);
+	}
 	emptyTable(*_pElementVocabulary);
 	emptyTable(*_pAttributeVocabulary);
 	return true;
@@ -614,6 +624,25 @@ void DocumentVocabulary::swap(DocumentVocabulary& other)
 	std::swap(_pElementVocabulary, other._pElementVocabulary);
 	std::swap(_pAttributeVocabulary, other._pAttributeVocabulary);
 	_uri.swap(other._uri);
+	std::swap(_standardTables, other._standardTables);
+	std::swap(_tablesSerial, other._tablesSerial);
+	std::swap(_tablesFrom, other._tablesFrom);
+}
+
+
+bool DocumentVocabulary::hasOnlyBuiltIns() const
+{
+	// A list of as many alphabets as the built-ins holds them: they come first.
+	return _uri.empty() && _encodings.size() == EncodingAlgorithm::USER_DEFINED && _restrictedAlphabets.alphabets().size() == BUILT_IN_ALPHABETS;
+}
+
+
+void DocumentVocabulary::swapTables(DocumentVocabulary& other)
+{
+	std::swap(_impl, other._impl);
+	_vocabularies.swap(other._vocabularies);
+	std::swap(_pElementVocabulary, other._pElementVocabulary);
+	std::swap(_pAttributeVocabulary, other._pAttributeVocabulary);
 	std::swap(_standardTables, other._standardTables);
 	std::swap(_tablesSerial, other._tablesSerial);
 	std::swap(_tablesFrom, other._tablesFrom);

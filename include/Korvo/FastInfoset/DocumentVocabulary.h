@@ -164,8 +164,9 @@ protected:
 
 private:
 	Vocabulary<std::string>& table(ID id) const;
-	bool emptyTables();
-		/// Empties every table in place when all are of the chosen kind.
+	bool emptyTables(bool values = true);
+		/// Empties every table in place when all are of the chosen kind;
+		/// without values, the attribute-value and chunk tables stay.
 	template <class T>
 	bool isStandardTable(const Vocabulary<T>* pTable, unsigned int size) const;
 	template <class T>
@@ -181,8 +182,17 @@ private:
 	template <class T>
 	static void copyValues(const Vocabulary<T>& from, Vocabulary<T>& to);
 	void swap(DocumentVocabulary& other);
+	bool hasOnlyBuiltIns() const;
+		/// True without a URI, with the built-in alphabets and encoding
+		/// algorithms only: as new but for the tables.
+	void swapTables(DocumentVocabulary& other);
+		/// swap() of the tables alone, between vocabularies whose URI,
+		/// alphabets and encoding algorithms are alike.
 	bool takeSpareTables();
 	bool giveSpareTables();
+	bool canBeSpare() const;
+		/// Whether the tables are all there and small enough to wait,
+		/// emptied, for the next vocabulary.
 	bool hasStandardTables() const;
 		/// Whether every table is of the chosen kind and size.
 	bool copyIntoSpareTables(const DocumentVocabulary& other);

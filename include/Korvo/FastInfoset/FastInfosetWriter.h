@@ -349,6 +349,23 @@ private:
 		/// binding is the position of the declaration of prefix and
 		/// namespaceURI, or NamespaceContext::NOT_FOUND.
 	void init();
+		/// The rest of construction, once _pState and _vocabulary are set.
+	void takeVocabulary(DocumentVocabulary::VocabularyImpl impl);
+		/// A new vocabulary of the kind impl, or the one the thread's last
+		/// writer of that kind left.
+	void keepVocabulary() noexcept;
+	void startReplay(DocumentVocabulary::ID id);
+		/// Takes the values the last writer left in table id for the ones
+		/// this document is likely to add, in the same order.
+	void settleTables() const;
+		/// Ends every replay, cutting the tables down to what the document added.
+	unsigned int replay(DocumentVocabulary::ID id, unsigned int idx);
+		/// The index of a value of table id, which is being replayed, that
+		/// the table holds at idx (or NOT_FOUND), or NOT_INDEXED when it is
+		/// to be added as usual.
+		/// Leaves the vocabulary, emptied, to the next writer of its kind,
+		/// where it is of a kind that finds values and holds nothing else
+		/// an application gave.
 	DocumentVocabulary& externalVocabulary();
 	void requireState(State state, const char* message) const;
 	void requireDocument(const char* message) const;
@@ -483,6 +500,9 @@ private:
 		/// copy is kept for the next writer.
 
 	static constexpr std::size_t MAX_INDENT = 32;
+
+	static constexpr DocumentVocabulary::ID REPLAYED_TABLES[] = {DocumentVocabulary::ATTRIBUTE_VALUE, DocumentVocabulary::CHARACTER_CONTENT_CHUNK};
+		/// The tables a writer leaves to the next one with their values.
 		/// The longest indentation text remembered in _indentIndices.
 
 	BitStreamWriter                     _writer;
@@ -538,6 +558,13 @@ private:
 		/// document's chunks, needs no look-up. By the number of spaces,
 		/// tabs, line break and spaces, line break and tabs, in groups of
 		/// MAX_INDENT. Forgotten whenever the tables may have changed.
+	mutable unsigned int                _replaySize[DocumentVocabulary::CHARACTER_CONTENT_CHUNK + 1] = {};
+	mutable unsigned int                _replayEnd[DocumentVocabulary::CHARACTER_CONTENT_CHUNK + 1] = {};
+		/// For a table still replayed, the size the document has given it
+		/// and the size of what the last writer left (0 for the others):
+		/// the table holds those values as long as the document adds the
+		/// same ones in the same order, which it then finds there instead of
+		/// adding them; at the first other value the rest goes.
 	bool                                _bindingIndices;
 		/// True when the prefix and namespace tables find their values:
 		/// the namespace context can then keep the indices of its
