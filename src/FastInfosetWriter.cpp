@@ -610,7 +610,7 @@ void FastInfosetWriter::endDocument()
 	requireState(IN_DOCUMENT, "endDocument() without matching startDocument()");
 	handleEncodedData();
 	writeTerminator();
-	_writer.complete();
+	_writer.finish();
 	_states.pop_back();
 }
 

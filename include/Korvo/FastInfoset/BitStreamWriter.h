@@ -86,6 +86,10 @@ public:
 	void complete();
 		/// complete() with the padding bit given to the constructor.
 
+	void finish();
+		/// complete() for the end of the document: the destructor then
+		/// leaves the stream alone unless an octet was left open since.
+
 	int bitPos() const;
 		/// Number of bits already used in the current octet (0 = octet boundary).
 
@@ -165,6 +169,8 @@ private:
 	std::ios*     _pIos;
 		/// The stream's state and buffer, reached without the virtual base's offset.
 	bool          _paddingBit;
+	bool          _finished;
+		/// Set by finish(): the stream has every octet, flushed.
 	int           _cachedBits;
 		/// Pending bits, 0 to 7 between calls, in the high bits of _cache[0].
 	unsigned char _cache[CACHE_SIZE];
@@ -310,7 +316,7 @@ inline __attribute__((always_inline)) void BitStreamWriter::appendBits(Korvo::UI
 }
 
 
-inline void BitStreamWriter::write(Korvo::UInt64 value, int numOfBits, const char* str, std::size_t numBytes)
+inline __attribute__((always_inline)) void BitStreamWriter::write(Korvo::UInt64 value, int numOfBits, const char* str, std::size_t numBytes)
 {
 	poco_assert (numOfBits >= 1 && numOfBits <= MAX_APPEND);
 	// A field that ends an octet and its string, straight into the put area.
