@@ -317,7 +317,7 @@ void FastInfosetWriter::settleTables() const
 }
 
 
-unsigned int FastInfosetWriter::replay(DocumentVocabulary::ID id, unsigned int idx)
+inline __attribute__((always_inline)) unsigned int FastInfosetWriter::replay(DocumentVocabulary::ID id, unsigned int idx)
 {
 	// idx is where the table holds the value, NOT_FOUND when it does not.
 	// Below the document's part of the table the value is there; at its end

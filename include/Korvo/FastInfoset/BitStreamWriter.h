@@ -204,7 +204,7 @@ inline bool BitStreamWriter::checkInputParams(int size, int& numOfBits)
 }
 
 
-inline std::streambuf* BitStreamWriter::plainBuffer() const
+inline __attribute__((always_inline)) std::streambuf* BitStreamWriter::plainBuffer() const
 {
 	// A stream that is good, tied to nothing and not unit-buffered can take
 	// octets straight into its buffer; ostream::write would build a sentry
@@ -214,7 +214,7 @@ inline std::streambuf* BitStreamWriter::plainBuffer() const
 }
 
 
-inline char* BitStreamWriter::room(std::streambuf*& pBuffer, std::size_t count) const
+inline __attribute__((always_inline)) char* BitStreamWriter::room(std::streambuf*& pBuffer, std::size_t count) const
 {
 	pBuffer = plainBuffer();
 	if (!pBuffer) return nullptr;
