@@ -865,7 +865,7 @@ void FastInfosetWriter::padToOctet()
 }
 
 
-void FastInfosetWriter::writeTerminator()
+inline __attribute__((always_inline)) void FastInfosetWriter::writeTerminator()
 {
 	_writer.write(TERMINATOR, 4);
 }

@@ -330,7 +330,21 @@ inline __attribute__((always_inline)) void BitStreamWriter::write(Korvo::UInt64 
 	}
 	const Korvo::UInt64 word = (Korvo::UInt64(_cache[0]) << 56) | ((value << (64 - numOfBits)) >> _cachedBits);
 	const int fieldOctets = total >> 3;
-	for (int i = 0; i < fieldOctets; ++i) p[i] = static_cast<char>(word >> (56 - 8*i));
+	if (static_cast<std::size_t>(fieldOctets) + numBytes >= 8)
+	{
+		// The field as one word, most significant octet first: the string
+		// then covers what lies beyond the field's octets.
+#if __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__
+		const Korvo::UInt64 octets = __builtin_bswap64(word);
+#else
+		const Korvo::UInt64 octets = word;
+#endif
+		std::memcpy(p, &octets, 8);
+	}
+	else
+	{
+		for (int i = 0; i < fieldOctets; ++i) p[i] = static_cast<char>(word >> (56 - 8*i));
+	}
 	copyOctets(p + fieldOctets, str, numBytes);
 	PutArea::bump(*pBuffer, fieldOctets + static_cast<int>(numBytes));
 	_cache[0] = 0;
