@@ -415,7 +415,7 @@ void DocumentVocabulary::reset()
 }
 
 
-bool DocumentVocabulary::emptyTables(bool values)
+bool DocumentVocabulary::emptyTables(bool all)
 {
 	if (_vocabularies.size() != TABLE_SLOTS) return false;
 	if (!_standardTables)
@@ -433,7 +433,7 @@ bool DocumentVocabulary::emptyTables(bool values)
 	keepBuiltIn(*_vocabularies[NAMESPACE_NAME], xmlNamespace());
 	for (std::size_t id = NAMESPACE_NAME + 1; id < TABLE_SLOTS; ++id)
 	{
-		if (values || (id != ATTRIBUTE_VALUE && id != CHARACTER_CONTENT_CHUNK)) emptyTable(*_vocabularies[id]);
+		if (all || (id != LOCAL_NAME && id != ATTRIBUTE_VALUE && id != CHARACTER_CONTENT_CHUNK)) emptyTable(*_vocabularies[id]);
 	}
 	emptyTable(*_pElementVocabulary);
 	emptyTable(*_pAttributeVocabulary);

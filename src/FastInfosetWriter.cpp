@@ -276,7 +276,7 @@ void FastInfosetWriter::keepVocabulary() noexcept
 	try
 	{
 		if (!pKept) pKept.reset(new DocumentVocabulary(DocumentVocabulary::DONT_INITIALIZE));
-		// The value tables stay as they are: the next writer's replay.
+		// The replayed tables stay as they are, for the next writer.
 		if (!_vocabulary.emptyTables(false)) return;
 		_vocabulary.init();
 		_vocabulary.swapTables(*pKept);

@@ -164,9 +164,10 @@ protected:
 
 private:
 	Vocabulary<std::string>& table(ID id) const;
-	bool emptyTables(bool values = true);
+	bool emptyTables(bool all = true);
 		/// Empties every table in place when all are of the chosen kind;
-		/// without values, the attribute-value and chunk tables stay.
+		/// unless all, the local-name, attribute-value and chunk tables
+		/// stay as they are (a writer's replay).
 	template <class T>
 	bool isStandardTable(const Vocabulary<T>* pTable, unsigned int size) const;
 	template <class T>

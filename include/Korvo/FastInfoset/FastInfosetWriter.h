@@ -501,7 +501,7 @@ private:
 
 	static constexpr std::size_t MAX_INDENT = 32;
 
-	static constexpr DocumentVocabulary::ID REPLAYED_TABLES[] = {DocumentVocabulary::ATTRIBUTE_VALUE, DocumentVocabulary::CHARACTER_CONTENT_CHUNK};
+	static constexpr DocumentVocabulary::ID REPLAYED_TABLES[] = {DocumentVocabulary::LOCAL_NAME, DocumentVocabulary::ATTRIBUTE_VALUE, DocumentVocabulary::CHARACTER_CONTENT_CHUNK};
 		/// The tables a writer leaves to the next one with their values.
 		/// The longest indentation text remembered in _indentIndices.
 
