@@ -36,6 +36,7 @@ BitStreamWriter::BitStreamWriter(std::ostream& str, bool paddingBit):
 	_pStream(&str),
 	_pIos(&str),
 	_paddingBit(paddingBit),
+	_finished(false),
 	_cachedBits(0)
 {
 	std::memset(_cache, 0, sizeof(_cache));
@@ -44,6 +45,8 @@ BitStreamWriter::BitStreamWriter(std::ostream& str, bool paddingBit):
 
 BitStreamWriter::~BitStreamWriter()
 {
+	// A flush costs a call into the stream even with nothing to pass.
+	if (_finished && _cachedBits == 0) return;
 	try
 	{
 		complete();
@@ -165,6 +168,13 @@ void BitStreamWriter::complete(bool paddingBit)
 void BitStreamWriter::complete()
 {
 	complete(_paddingBit);
+}
+
+
+void BitStreamWriter::finish()
+{
+	complete(_paddingBit);
+	_finished = true;
 }
 
 

@@ -263,15 +263,22 @@ DocumentVocabulary::~DocumentVocabulary()
 }
 
 
-bool DocumentVocabulary::giveSpareTables()
+bool DocumentVocabulary::canBeSpare() const
 {
-	SpareTables* pSet = spareSet(_impl, true);
-	if (!pSet || _vocabularies.size() != TABLE_SLOTS || !_pElementVocabulary || !_pAttributeVocabulary) return false;
+	if (_vocabularies.size() != TABLE_SLOTS || !_pElementVocabulary || !_pAttributeVocabulary) return false;
 	for (std::size_t id = PREFIX; id < TABLE_SLOTS; ++id)
 	{
 		if (!_vocabularies[id] || _vocabularies[id]->storage() > MAX_SPARE_STORAGE) return false;
 	}
-	if (_pElementVocabulary->storage() > MAX_SPARE_STORAGE || _pAttributeVocabulary->storage() > MAX_SPARE_STORAGE) return false;
+	return _pElementVocabulary->storage() <= MAX_SPARE_STORAGE && _pAttributeVocabulary->storage() <= MAX_SPARE_STORAGE && hasStandardTables();
+}
+
+
+bool DocumentVocabulary::giveSpareTables()
+{
+	if (!canBeSpare()) return false;
+	SpareTables* pSet = spareSet(_impl, true);
+	if (!pSet) return false;
 	try
 	{
 		if (!emptyTables()) return false;
@@ -313,6 +320,53 @@ bool DocumentVocabulary::copyIntoSpareTables(const DocumentVocabulary& other)
 	for (std::size_t id = PREFIX; id < TABLE_SLOTS; ++id) copyValues(*other._vocabularies[id], *_vocabularies[id]);
 	copyValues(*other._pElementVocabulary, *_pElementVocabulary);
 	copyValues(*other._pAttributeVocabulary, *_pAttributeVocabulary);
+	return true;
+}
+
+
+bool DocumentVocabulary::holdsCopyOf(const DocumentVocabulary& other, VocabularyImpl impl) const
+{
+	// A copy into tables of other's own kind clones them: only standard
+	// ones are made alike. Tables of another kind are always standard.
+	if (_impl != impl || !hasStandardTables() || other._vocabularies.size() != TABLE_SLOTS
+		|| !other._pElementVocabulary || !other._pAttributeVocabulary
+		|| (other._impl == impl && !other.hasStandardTables()))
+		return false;
+	// Application algorithms are functions that cannot be told apart cheaply.
+	if (_encodings.size() != EncodingAlgorithm::USER_DEFINED || other._encodings.size() != EncodingAlgorithm::USER_DEFINED || _uri != other._uri) return false;
+	const std::vector<RestrictedAlphabet>& alphabets = _restrictedAlphabets.alphabets();
+	const std::vector<RestrictedAlphabet>& otherAlphabets = other._restrictedAlphabets.alphabets();
+	if (&alphabets != &otherAlphabets)
+	{
+		if (alphabets.size() != otherAlphabets.size()) return false;
+		for (std::size_t i = 0; i < alphabets.size(); ++i)
+		{
+			if (alphabets[i].alphabet() != otherAlphabets[i].alphabet()) return false;
+		}
+	}
+	for (std::size_t id = PREFIX; id < TABLE_SLOTS; ++id)
+	{
+		if (!other._vocabularies[id] || !sameValues(*_vocabularies[id], *other._vocabularies[id])) return false;
+	}
+	return sameValues(*_pElementVocabulary, *other._pElementVocabulary) && sameValues(*_pAttributeVocabulary, *other._pAttributeVocabulary);
+}
+
+
+template <class T>
+bool DocumentVocabulary::sameValues(const Vocabulary<T>& left, const Vocabulary<T>& right)
+{
+	const unsigned int size = left.size();
+	if (size != right.size()) return false;
+	// The library's own kinds hold their values where lookup() finds them;
+	// an application's kind is asked through value().
+	const std::type_info& kind = typeid(right);
+	const bool stored = kind == typeid(HashVocabulary<T>) || kind == typeid(MapVocabulary<T>) || kind == typeid(VectorVocabulary<T>);
+	for (unsigned int i = 0; i < size; ++i)
+	{
+		const T* pLeft = left.lookup(i);
+		const T* pRight = stored ? right.lookup(i) : &right.value(i);
+		if (!pLeft || !pRight || !sameValue(*pLeft, *pRight)) return false;
+	}
 	return true;
 }
 
@@ -361,7 +415,7 @@ void DocumentVocabulary::reset()
 }
 
 
-bool DocumentVocabulary::emptyTables()
+bool DocumentVocabulary::emptyTables(bool all)
 {
 	if (_vocabularies.size() != TABLE_SLOTS) return false;
 	if (!_standardTables)
@@ -377,7 +431,10 @@ bool DocumentVocabulary::emptyTables()
 	// The built-in prefix and namespace name stay where init() would put them again.
 	keepBuiltIn(*_vocabularies[PREFIX], xmlPrefix());
 	keepBuiltIn(*_vocabularies[NAMESPACE_NAME], xmlNamespace());
-	for (std::size_t id = NAMESPACE_NAME + 1; id < TABLE_SLOTS; ++id) emptyTable(*_vocabularies[id]);
+	for (std::size_t id = NAMESPACE_NAME + 1; id < TABLE_SLOTS; ++id)
+	{
+		if (all || (id != LOCAL_NAME && id != ATTRIBUTE_VALUE && id != CHARACTER_CONTENT_CHUNK)) emptyTable(*_vocabularies[id]);
+	}
 	emptyTable(*_pElementVocabulary);
 	emptyTable(*_pAttributeVocabulary);
 	return true;
@@ -432,6 +489,19 @@ void DocumentVocabulary::emptyTable(Vocabulary<T>& table)
 		bool existed;
 		table.index(T(), existed);
 	}
+}
+
+
+template <class T>
+inline bool DocumentVocabulary::sameValue(const T& left, const T& right)
+{
+	return left == right;
+}
+
+
+inline bool DocumentVocabulary::sameValue(const std::string& left, const std::string& right)
+{
+	return left.size() == right.size() && ValueHash<std::string>::sameOctets(left.data(), right.data(), left.size());
 }
 
 
@@ -554,6 +624,25 @@ void DocumentVocabulary::swap(DocumentVocabulary& other)
 	std::swap(_pElementVocabulary, other._pElementVocabulary);
 	std::swap(_pAttributeVocabulary, other._pAttributeVocabulary);
 	_uri.swap(other._uri);
+	std::swap(_standardTables, other._standardTables);
+	std::swap(_tablesSerial, other._tablesSerial);
+	std::swap(_tablesFrom, other._tablesFrom);
+}
+
+
+bool DocumentVocabulary::hasOnlyBuiltIns() const
+{
+	// A list of as many alphabets as the built-ins holds them: they come first.
+	return _uri.empty() && _encodings.size() == EncodingAlgorithm::USER_DEFINED && _restrictedAlphabets.alphabets().size() == BUILT_IN_ALPHABETS;
+}
+
+
+void DocumentVocabulary::swapTables(DocumentVocabulary& other)
+{
+	std::swap(_impl, other._impl);
+	_vocabularies.swap(other._vocabularies);
+	std::swap(_pElementVocabulary, other._pElementVocabulary);
+	std::swap(_pAttributeVocabulary, other._pAttributeVocabulary);
 	std::swap(_standardTables, other._standardTables);
 	std::swap(_tablesSerial, other._tablesSerial);
 	std::swap(_tablesFrom, other._tablesFrom);

@@ -153,27 +153,6 @@ void Encoder::pad0ThenInteger(BitStreamWriter& aWriter, unsigned int val)
 }
 
 
-int Encoder::stringLengthBits(unsigned int strLen, int prefixBits, Korvo::UInt64& bits)
-{
-	// prefixBits bits (len - 1) for short lengths, then a '10' prefix and
-	// 8 bits, or a '11' prefix and 32 bits.
-	const unsigned int shortLimit = 1u << (prefixBits - 1);
-	const unsigned int mediumLimit = shortLimit + 256;
-	if (strLen <= shortLimit)
-	{
-		bits = strLen - 1;
-		return prefixBits;
-	}
-	if (strLen <= mediumLimit)
-	{
-		bits = (Korvo::UInt64(2u << (prefixBits - 2)) << 8) | (strLen - shortLimit - 1);
-		return prefixBits + 8;
-	}
-	bits = (Korvo::UInt64(3u << (prefixBits - 2)) << 32) | (strLen - mediumLimit - 1);
-	return prefixBits + 32;
-}
-
-
 namespace
 {
 	void writeStringLength(BitStreamWriter& aWriter, unsigned int strLen, int prefixBits)

@@ -197,7 +197,7 @@ FastInfosetWriter::FastInfosetWriter(std::ostream& ostr):
 FastInfosetWriter::FastInfosetWriter(std::ostream& ostr, bool writeXMLDeclaration, DocumentVocabulary::VocabularyImpl impl):
 	_writer(ostr, false),
 	_writeXMLDeclaration(writeXMLDeclaration),
-	_vocabulary(impl),
+	_vocabulary(DocumentVocabulary::DONT_INITIALIZE),
 	_prefixCounter(0),
 	_maxIndexedStringLength(16),
 	_pIndexingPolicy(nullptr),
@@ -210,6 +210,16 @@ FastInfosetWriter::FastInfosetWriter(std::ostream& ostr, bool writeXMLDeclaratio
 	_pendingPrefixes(0),
 	_prefixesEnded(false)
 {
+	_pState = WriterState::take();
+	try
+	{
+		takeVocabulary(impl);
+	}
+	catch (...)
+	{
+		WriterState::give(_pState);
+		throw;
+	}
 	init();
 }
 
@@ -230,7 +240,100 @@ FastInfosetWriter::FastInfosetWriter(std::ostream& ostr, bool writeXMLDeclaratio
 	_pendingPrefixes(0),
 	_prefixesEnded(false)
 {
+	_pState = WriterState::take();
 	init();
+}
+
+
+void FastInfosetWriter::takeVocabulary(DocumentVocabulary::VocabularyImpl impl)
+{
+	// The thread's last writer of the kind left its vocabulary emptied, its
+	// storage grown: it is taken as it is, in place of a new one.
+	// Both are as new but for the tables: only these change places.
+	if (impl <= DocumentVocabulary::VOC_MAP)
+	{
+		std::unique_ptr<DocumentVocabulary>& pKept = _pState->vocabularies[impl];
+		if (pKept && pKept->vocabulary(DocumentVocabulary::CHARACTER_CONTENT_CHUNK))
+		{
+			_vocabulary.swapTables(*pKept);
+			for (DocumentVocabulary::ID id: REPLAYED_TABLES) startReplay(id);
+			return;
+		}
+	}
+	DocumentVocabulary made(impl);
+	_vocabulary.swapTables(made);
+}
+
+
+void FastInfosetWriter::keepVocabulary() noexcept
+{
+	// Emptied, a vocabulary that holds only tables of its kind, the built-in
+	// algorithms and no URI is what a new one of its kind would be.
+	const DocumentVocabulary::VocabularyImpl impl = _vocabulary.impl();
+	if (impl > DocumentVocabulary::VOC_MAP || !_vocabulary.hasOnlyBuiltIns() || !_vocabulary.canBeSpare()) return;
+	std::unique_ptr<DocumentVocabulary>& pKept = _pState->vocabularies[impl];
+	if (pKept && pKept->vocabulary(DocumentVocabulary::CHARACTER_CONTENT_CHUNK)) return;
+	try
+	{
+		if (!pKept) pKept.reset(new DocumentVocabulary(DocumentVocabulary::DONT_INITIALIZE));
+		// The replayed tables stay as they are, for the next writer.
+		if (!_vocabulary.emptyTables(false)) return;
+		_vocabulary.init();
+		_vocabulary.swapTables(*pKept);
+	}
+	catch (...)
+	{
+	}
+}
+
+
+void FastInfosetWriter::startReplay(DocumentVocabulary::ID id)
+{
+	// A table that holds more than its placeholder is the last writer's; it
+	// counts as empty until its values are met again in order.
+	Vocabulary<std::string>& table = *_vocabulary.vocabulary(id);
+	const std::string* pFirst = table.lookup(0);
+	if (!pFirst || !pFirst->empty())
+	{
+		table.truncate(0);
+		bool existed;
+		table.index(std::string(), existed);
+	}
+	_replaySize[id] = 1;
+	_replayEnd[id] = table.size() > 1 ? table.size() : 0;
+}
+
+
+void FastInfosetWriter::settleTables() const
+{
+	// Before anyone looks at the tables, those still replayed are cut to
+	// what the document put in them.
+	for (DocumentVocabulary::ID id: REPLAYED_TABLES)
+	{
+		if (_replayEnd[id] == 0) continue;
+		_vocabulary.vocabulary(id)->truncate(_replaySize[id]);
+		_replayEnd[id] = 0;
+	}
+}
+
+
+inline __attribute__((always_inline)) unsigned int FastInfosetWriter::replay(DocumentVocabulary::ID id, unsigned int idx)
+{
+	// idx is where the table holds the value, NOT_FOUND when it does not.
+	// Below the document's part of the table the value is there; at its end
+	// it is the one the last writer added next, which this document adds
+	// at the same index: the table is grown back over it. Anything else
+	// ends the replay (NOT_INDEXED: the caller adds it as usual).
+	unsigned int& size = _replaySize[id];
+	if (idx < size) return idx;
+	if (idx == size)
+	{
+		if (++size == _replayEnd[id]) _replayEnd[id] = 0;
+		return idx;
+	}
+	_vocabulary.vocabulary(id)->truncate(size);
+	_replayEnd[id] = 0;
+	return NOT_INDEXED;
 }
 
 
@@ -239,7 +342,7 @@ void FastInfosetWriter::init()
 	std::fill(std::begin(_pIndexedTables), std::end(_pIndexedTables), nullptr);
 	std::fill(std::begin(_pIndexedNames), std::end(_pIndexedNames), nullptr);
 	_bindingIndices = false;
-	_pState = WriterState::take(_vocabulary);
+	_pState->knownNames.reset(_vocabulary);
 	// The stacks' storage comes with the state; room for the usual nesting
 	// and attribute counts, so that a small message grows nothing.
 	_states.swap(_pState->states);
@@ -268,7 +371,38 @@ FastInfosetWriter::~FastInfosetWriter()
 	_ownPrefixes.swap(_pState->ownPrefixes);
 	_attributeValues.swap(_pState->attributeValues);
 	_attributeLocalNames.swap(_pState->attributeLocalNames);
+	if (_vocabularyIsExternal)
+		keepExternalCopy();
+	else
+		keepVocabulary();
 	WriterState::give(_pState);
+}
+
+
+void FastInfosetWriter::keepExternalCopy() noexcept
+{
+	// Back at the external vocabulary's content, the document vocabulary is
+	// a copy of it that the next writer may take. Only small ones are kept.
+	std::unique_ptr<DocumentVocabulary>& pKept = _pState->externalCopy;
+	try
+	{
+		std::size_t values = 0;
+		for (unsigned int size: _externalSizes) values += size;
+		if (values > MAX_KEPT_EXTERNAL)
+		{
+			pKept.reset();
+			return;
+		}
+		std::size_t i = 0;
+		forEachTable(_vocabulary, [this, &i](auto& table) { table.truncate(_externalSizes[i++]); });
+		_vocabulary.restrictedAlphabets().truncate(_externalSizes[i]);
+		if (!pKept) pKept.reset(new DocumentVocabulary(DocumentVocabulary::DONT_INITIALIZE));
+		_vocabulary.swap(*pKept);
+	}
+	catch (...)
+	{
+		pKept.reset();
+	}
 }
 
 
@@ -306,6 +440,7 @@ void FastInfosetWriter::setDocumentVocabulary(const DocumentVocabulary& voc)
 	// A vector table cannot find a value's index, and the writer looks up every name and string.
 	if (voc.impl() == DocumentVocabulary::VOC_VECTOR)
 		throw Korvo::InvalidArgumentException("A DocumentVocabulary with VOC_VECTOR implementation cannot be used by FastInfosetWriter");
+	settleTables();
 	_vocabularyFresh = false;
 	keepExternalVocabulary();
 	if (&voc != &_vocabulary) _vocabulary = voc;
@@ -348,6 +483,7 @@ void FastInfosetWriter::findTables()
 
 DocumentVocabulary& FastInfosetWriter::getDocumentVocabulary()
 {
+	settleTables();
 	_vocabularyFresh = false;
 	// The caller may change the tables.
 	std::fill(std::begin(_indentIndices), std::end(_indentIndices), 0u);
@@ -357,6 +493,7 @@ DocumentVocabulary& FastInfosetWriter::getDocumentVocabulary()
 
 const DocumentVocabulary& FastInfosetWriter::getDocumentVocabulary() const
 {
+	settleTables();
 	return _vocabulary;
 }
 
@@ -373,8 +510,16 @@ void FastInfosetWriter::useExternalVocabulary(const XMLString& uri, const Docume
 {
 	if (uri.empty()) throw Korvo::InvalidArgumentException("An external vocabulary needs a URI");
 	if (!voc.vocabulary(DocumentVocabulary::PREFIX)) throw Korvo::InvalidArgumentException("An external vocabulary needs its tables", uri);
+	settleTables();
 	_vocabularyFresh = false;
-	if (voc.impl() == DocumentVocabulary::VOC_VECTOR)
+	// The thread's last writer may have left a copy of an equal vocabulary,
+	// its index built: comparing costs less than copying. The tables the
+	// writer had wait in its place until the writer ends.
+	const DocumentVocabulary::VocabularyImpl impl = voc.impl() == DocumentVocabulary::VOC_VECTOR ? DocumentVocabulary::VOC_MAP : voc.impl();
+	std::unique_ptr<DocumentVocabulary>& pKept = _pState->externalCopy;
+	if (pKept && &voc != &_vocabulary && pKept->holdsCopyOf(voc, impl))
+		_vocabulary.swap(*pKept);
+	else if (voc.impl() == DocumentVocabulary::VOC_VECTOR)
 		_vocabulary = DocumentVocabulary(voc, DocumentVocabulary::VOC_MAP);
 	else
 		_vocabulary = voc;
@@ -465,7 +610,7 @@ void FastInfosetWriter::endDocument()
 	requireState(IN_DOCUMENT, "endDocument() without matching startDocument()");
 	handleEncodedData();
 	writeTerminator();
-	_writer.complete();
+	_writer.finish();
 	_states.pop_back();
 }
 
@@ -720,7 +865,7 @@ void FastInfosetWriter::padToOctet()
 }
 
 
-void FastInfosetWriter::writeTerminator()
+inline __attribute__((always_inline)) void FastInfosetWriter::writeTerminator()
 {
 	_writer.write(TERMINATOR, 4);
 }
@@ -1200,7 +1345,7 @@ inline unsigned int FastInfosetWriter::indexString(DocumentVocabulary::ID id, st
 	{
 		// The usual case without a call in between.
 		const Korvo::UInt32 hash = ValueHash<std::string>()(str);
-		if (!isFull(*pTable)) return pTable->add(str, hash, exists);
+		if (!isFull(*pTable) && _replayEnd[id] == 0) return pTable->add(str, hash, exists);
 		return indexString(id, str, hash, exists);
 	}
 	Vocabulary<std::string>& table = *_vocabulary.vocabulary(id);
@@ -1212,6 +1357,13 @@ inline unsigned int FastInfosetWriter::indexString(DocumentVocabulary::ID id, st
 unsigned int FastInfosetWriter::indexString(DocumentVocabulary::ID id, std::string_view str, Korvo::UInt32 hash, bool& exists)
 {
 	IndexedVocabulary<std::string>* pTable = _pIndexedTables[id];
+	if (pTable && _replayEnd[id] != 0)
+	{
+		const unsigned int size = _replaySize[id];
+		const unsigned int idx = replay(id, pTable->find(str, hash));
+		exists = idx < size;
+		if (idx != NOT_INDEXED) return idx;
+	}
 	if (pTable && !isFull(*pTable)) return pTable->add(str, hash, exists);
 	if (pTable)
 	{
@@ -1594,7 +1746,14 @@ unsigned int FastInfosetWriter::writeShortValue(std::string_view str, const Shor
 	const int pos = (_writer.bitPos() + leadBits) & 7;
 	if (pos != 0 && pos != 2) throw FISEncodingException("Illegal startposition for a NonIdentifyingStringOrIndex value");
 	bool exists;
-	const unsigned int idx = pTable->addShort(key, str, exists);
+	unsigned int idx = NOT_INDEXED;
+	if (_replayEnd[voc] != 0)
+	{
+		const unsigned int size = _replaySize[voc];
+		idx = replay(voc, pTable->find(key, ValueHash<std::string>()(key)));
+		exists = idx < size;
+	}
+	if (idx == NOT_INDEXED) idx = pTable->addShort(key, str, exists);
 	if (exists)
 	{
 		unsigned int field;
@@ -1930,6 +2089,7 @@ void FastInfosetWriter::writeHeader()
 	// then no difference needs to be computed.
 	std::unique_ptr<DocumentVocabulary> pDifference;
 	const bool hasExternalVocabulary = !_externalVocabularyURI.empty();
+	if (hasExternalVocabulary || !_vocabularyFresh) settleTables();
 	if (hasExternalVocabulary && !hasOnlyExternalEntries())
 	{
 		keepExternalVocabulary();

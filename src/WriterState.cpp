@@ -29,13 +29,20 @@ namespace
 
 WriterState* WriterState::take(const DocumentVocabulary& vocabulary)
 {
+	WriterState* pState = take();
+	pState->knownNames.reset(vocabulary);
+	return pState;
+}
+
+
+WriterState* WriterState::take()
+{
 	std::unique_ptr<WriterState>* pSpare = SpareState::get();
 	WriterState* pState = pSpare ? pSpare->release() : nullptr;
 	if (pState)
 		pState->namespaces.reset();
 	else
 		pState = new WriterState;
-	pState->knownNames.reset(vocabulary);
 	return pState;
 }
 

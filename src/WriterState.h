@@ -21,6 +21,7 @@
 #include "Korvo/FastInfoset/FastInfosetWriter.h"
 #include "NamespaceContext.h"
 #include "QualifiedNameCache.h"
+#include <memory>
 #include <vector>
 
 
@@ -46,6 +47,10 @@ public:
 		/// prefixes only) and no known names, whose names come from the
 		/// tables of vocabulary. Belongs to the caller until give().
 
+	static WriterState* take();
+		/// take() for a writer that resets knownNames itself, once its
+		/// vocabulary is in place.
+
 	static void give(WriterState* pState);
 		/// Takes the state back, keeping it for the next take() on this
 		/// thread or deleting it. Never throws.
@@ -64,6 +69,15 @@ public:
 	std::vector<std::string>              attributeLocalNames;
 		/// The local names a writer made for attributes that came without:
 		/// kept, so that their strings are not made again.
+	std::unique_ptr<DocumentVocabulary>   vocabularies[DocumentVocabulary::VOC_MAP + 1];
+		/// The last writer's vocabulary of each kind that finds values,
+		/// emptied as a new one is made, or one without tables: the next
+		/// writer of the kind takes it instead of making one.
+	std::unique_ptr<DocumentVocabulary>   externalCopy;
+		/// The last writer's copy of its external vocabulary, back at the
+		/// external vocabulary's content, or null: the next writer given an
+		/// equal one takes it instead of copying (see useExternalVocabulary()).
+		/// Only a small one is kept.
 
 private:
 	enum

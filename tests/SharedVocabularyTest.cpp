@@ -7,6 +7,7 @@
 //
 
 #include "Korvo/FastInfoset/Decoder.h"
+#include "Korvo/FastInfoset/FISException.h"
 #include "Korvo/FastInfoset/FastInfosetParser.h"
 #include "Korvo/FastInfoset/FastInfosetWriter.h"
 #include "Korvo/FastInfoset/MapVocabulary.h"
@@ -16,6 +17,7 @@
 #include "Poco/SAX/AttributesImpl.h"
 #include <gtest/gtest.h>
 #include <sstream>
+#include <thread>
 
 using namespace Korvo::FastInfoset;
 using DV = DocumentVocabulary;
@@ -164,4 +166,94 @@ TEST(SharedVocabularyTest, CopyIntoOtherTablesKeepsEveryIndex)
 	EXPECT_EQ("c", names.value(4));
 	EXPECT_EQ(1u, names.exists("a", existed));
 	EXPECT_TRUE(dynamic_cast<const MapVocabulary<std::string>*>(&names));
+}
+
+
+TEST(SharedVocabularyTest, WriterReusesTheLastWritersCopyOnlyWhereItIsEqual)
+{
+	// A writer leaves its copy of the external vocabulary to the next one on
+	// the thread, which takes it only where it equals the vocabulary given.
+	// Each case written after the others gives the bytes of a writer on a
+	// fresh thread.
+	const DV learnt = [] {
+		std::ostringstream out;
+		FastInfosetWriter writer(out);
+		Korvo::XML::AttributesImpl attributes;
+		attributes.addAttribute("", "k", "k", "CDATA", "v1");
+		writer.startDocument();
+		writer.startElement("urn:n", "a", "p:a", attributes);
+		writer.characters(std::string("\n  "));
+		writer.endElement("urn:n", "a", "p:a");
+		writer.endDocument();
+		return DV(writer.getDocumentVocabulary());
+	}();
+	DV larger(learnt);
+	bool existed;
+	larger.vocabulary(DV::CHARACTER_CONTENT_CHUNK)->index("extra", existed);
+	DV full(learnt);
+	for (int i = 1; i < 19; ++i) full.vocabulary(DV::OTHER_STRING)->index("c" + std::to_string(i), existed);
+	const DV listed(learnt, DV::VOC_VECTOR);
+	DV shared(learnt);
+	const auto document = [](FastInfosetWriter& w, const std::string& value, bool fail, bool full) {
+		Korvo::XML::AttributesImpl attributes;
+		attributes.addAttribute("", "k", "k", "CDATA", value);
+		w.startDocument();
+		w.startElement("urn:n", "a", "p:a", attributes);
+		w.characters(std::string("\n  "));
+		w.emptyElement("", value, value, attributes);
+		const std::string note = "note " + value;
+		if (full)
+		{
+			// No room for the comment in the fixed table: the writer stops there.
+			EXPECT_THROW_MESSAGE(w.comment(note.c_str(), 0, static_cast<int>(note.size())), Korvo::PoolOverflowException, "Vocabulary hash table full");
+			return;
+		}
+		w.comment(note.c_str(), 0, static_cast<int>(note.size()));
+		if (fail)
+		{
+			// Abandoned after the throw, in the middle of the document.
+			EXPECT_THROW(w.endDTD(), FISException);
+			return;
+		}
+		w.characters(std::string("extra"));
+		w.endElement("urn:n", "a", "p:a");
+		w.endDocument();
+	};
+	struct Case
+	{
+		const DV* pVocabulary;
+		std::string value;
+		bool fail;
+		bool damage;
+			/// Truncates the document vocabulary once the document is written.
+	};
+	const Case cases[] = {
+		{&learnt, "v1", false, false}, {&learnt, "v2", false, false}, {&learnt, "v1", true, false},
+		{&learnt, "v1", false, true}, {&learnt, "v1", false, false}, {&larger, "v1", false, false},
+		{&listed, "v2", false, false}, {&full, "v1", false, false}, {&shared, "v1", false, false},
+	};
+	const auto write = [&](const Case& c) {
+		std::ostringstream out;
+		{
+			FastInfosetWriter writer(out);
+			writer.useExternalVocabulary(URI, *c.pVocabulary);
+			document(writer, c.value, c.fail, c.pVocabulary == &full);
+			if (c.damage) writer.getDocumentVocabulary().vocabulary(DV::LOCAL_NAME)->truncate(1);
+		}
+		return T::hexOf(out.str());
+	};
+	std::vector<std::string> fresh;
+	for (const Case& c: cases) std::thread([&] { fresh.push_back(write(c)); }).join();
+	for (int pass = 0; pass < 2; ++pass)
+	{
+		// The shared vocabulary changes in place between the passes.
+		shared = pass == 0 ? learnt : larger;
+		if (pass == 1) std::thread([&] { fresh.back() = write(cases[8]); }).join();
+		for (std::size_t k = 0; k < std::size(cases); ++k)
+		{
+			const std::size_t i = pass == 0 ? k : std::size(cases) - 1 - k;
+			SCOPED_TRACE(i);
+			EXPECT_EQ(fresh[i], write(cases[i]));
+		}
+	}
 }

@@ -388,7 +388,54 @@ TEST(WriterStructureTest, WritersOnOneThreadWriteAsOnAFreshThread)
 			w.endDocument();
 		};
 	};
+	// Names and values the next writer finds where the last one added them,
+	// in part, in another order, or not at all; and the tables looked at
+	// midway.
+	const auto values = [](std::vector<std::string> texts, bool look) {
+		return [=](FastInfosetWriter& w) {
+			w.startDocument();
+			w.startElement("", "r", "r", AttributesImpl());
+			for (const std::string& text: texts)
+			{
+				AttributesImpl a;
+				a.addAttribute("", "k", "k", "CDATA", text);
+				w.characters(std::string("\n  "));
+				const std::string name = text.size() <= 8 ? "e" + text : "long";
+				w.emptyElement("", name, name, a);
+				w.characters(text);
+				const FastInfosetWriter& seen = w;
+				if (look && &text == &texts.front())
+				{
+					EXPECT_EQ(2u, seen.getDocumentVocabulary().vocabulary(DocumentVocabulary::ATTRIBUTE_VALUE)->size());
+					EXPECT_EQ(3u, seen.getDocumentVocabulary().vocabulary(DocumentVocabulary::CHARACTER_CONTENT_CHUNK)->size());
+				}
+			}
+			w.endElement("", "r", "r");
+			w.endDocument();
+		};
+	};
+	const std::vector<std::string> texts = {"a", "b", "a", "c", "sixteen octets!!", "a value of over sixteen octets"};
+	const auto hash = [](std::ostream& out) { return new FastInfosetWriter(out); };
+	const auto map = [](std::ostream& out) { return new FastInfosetWriter(out, false, DocumentVocabulary::VOC_MAP); };
 	const Case cases[] = {
+		{hash, values(texts, false)},
+		{[](std::ostream& out) {
+			FastInfosetWriter* pWriter = new FastInfosetWriter(out);
+			pWriter->setExternalVocabulary("urn:v", DocumentVocabulary());
+			return pWriter;
+		}, values(texts, false)},
+		{hash, values({"a", "c", "b"}, false)},
+		{hash, values({"a"}, false)},
+		{hash, values({"x", "a", "b"}, false)},
+		{hash, values(texts, true)},
+		{[](std::ostream& out) {
+			FastInfosetWriter* pWriter = new FastInfosetWriter(out);
+			pWriter->setMaxIndexedStringLength(-1);
+			pWriter->setShortestLiterals(true);
+			return pWriter;
+		}, values(texts, false)},
+		{map, values(texts, false)},
+		{map, values({"b", "a"}, false)},
 		{[](std::ostream& out) { return new FastInfosetWriter(out); }, document("urn:a", "r")},
 		{[](std::ostream& out) { return new FastInfosetWriter(out, false, DocumentVocabulary::VOC_MAP); }, document("urn:b", LONG_NAME)},
 		{[](std::ostream& out) {

@@ -86,6 +86,10 @@ public:
 	void complete();
 		/// complete() with the padding bit given to the constructor.
 
+	void finish();
+		/// complete() for the end of the document: the destructor then
+		/// leaves the stream alone unless an octet was left open since.
+
 	int bitPos() const;
 		/// Number of bits already used in the current octet (0 = octet boundary).
 
@@ -165,6 +169,8 @@ private:
 	std::ios*     _pIos;
 		/// The stream's state and buffer, reached without the virtual base's offset.
 	bool          _paddingBit;
+	bool          _finished;
+		/// Set by finish(): the stream has every octet, flushed.
 	int           _cachedBits;
 		/// Pending bits, 0 to 7 between calls, in the high bits of _cache[0].
 	unsigned char _cache[CACHE_SIZE];
@@ -198,7 +204,7 @@ inline bool BitStreamWriter::checkInputParams(int size, int& numOfBits)
 }
 
 
-inline std::streambuf* BitStreamWriter::plainBuffer() const
+inline __attribute__((always_inline)) std::streambuf* BitStreamWriter::plainBuffer() const
 {
 	// A stream that is good, tied to nothing and not unit-buffered can take
 	// octets straight into its buffer; ostream::write would build a sentry
@@ -208,7 +214,7 @@ inline std::streambuf* BitStreamWriter::plainBuffer() const
 }
 
 
-inline char* BitStreamWriter::room(std::streambuf*& pBuffer, std::size_t count) const
+inline __attribute__((always_inline)) char* BitStreamWriter::room(std::streambuf*& pBuffer, std::size_t count) const
 {
 	pBuffer = plainBuffer();
 	if (!pBuffer) return nullptr;
@@ -310,7 +316,7 @@ inline __attribute__((always_inline)) void BitStreamWriter::appendBits(Korvo::UI
 }
 
 
-inline void BitStreamWriter::write(Korvo::UInt64 value, int numOfBits, const char* str, std::size_t numBytes)
+inline __attribute__((always_inline)) void BitStreamWriter::write(Korvo::UInt64 value, int numOfBits, const char* str, std::size_t numBytes)
 {
 	poco_assert (numOfBits >= 1 && numOfBits <= MAX_APPEND);
 	// A field that ends an octet and its string, straight into the put area.
@@ -324,7 +330,21 @@ inline void BitStreamWriter::write(Korvo::UInt64 value, int numOfBits, const cha
 	}
 	const Korvo::UInt64 word = (Korvo::UInt64(_cache[0]) << 56) | ((value << (64 - numOfBits)) >> _cachedBits);
 	const int fieldOctets = total >> 3;
-	for (int i = 0; i < fieldOctets; ++i) p[i] = static_cast<char>(word >> (56 - 8*i));
+	if (static_cast<std::size_t>(fieldOctets) + numBytes >= 8)
+	{
+		// The field as one word, most significant octet first: the string
+		// then covers what lies beyond the field's octets.
+#if __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__
+		const Korvo::UInt64 octets = __builtin_bswap64(word);
+#else
+		const Korvo::UInt64 octets = word;
+#endif
+		std::memcpy(p, &octets, 8);
+	}
+	else
+	{
+		for (int i = 0; i < fieldOctets; ++i) p[i] = static_cast<char>(word >> (56 - 8*i));
+	}
 	copyOctets(p + fieldOctets, str, numBytes);
 	PutArea::bump(*pBuffer, fieldOctets + static_cast<int>(numBytes));
 	_cache[0] = 0;

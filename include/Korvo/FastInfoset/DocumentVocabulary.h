@@ -164,8 +164,10 @@ protected:
 
 private:
 	Vocabulary<std::string>& table(ID id) const;
-	bool emptyTables();
-		/// Empties every table in place when all are of the chosen kind.
+	bool emptyTables(bool all = true);
+		/// Empties every table in place when all are of the chosen kind;
+		/// unless all, the local-name, attribute-value and chunk tables
+		/// stay as they are (a writer's replay).
 	template <class T>
 	bool isStandardTable(const Vocabulary<T>* pTable, unsigned int size) const;
 	template <class T>
@@ -181,8 +183,17 @@ private:
 	template <class T>
 	static void copyValues(const Vocabulary<T>& from, Vocabulary<T>& to);
 	void swap(DocumentVocabulary& other);
+	bool hasOnlyBuiltIns() const;
+		/// True without a URI, with the built-in alphabets and encoding
+		/// algorithms only: as new but for the tables.
+	void swapTables(DocumentVocabulary& other);
+		/// swap() of the tables alone, between vocabularies whose URI,
+		/// alphabets and encoding algorithms are alike.
 	bool takeSpareTables();
 	bool giveSpareTables();
+	bool canBeSpare() const;
+		/// Whether the tables are all there and small enough to wait,
+		/// emptied, for the next vocabulary.
 	bool hasStandardTables() const;
 		/// Whether every table is of the chosen kind and size.
 	bool copyIntoSpareTables(const DocumentVocabulary& other);
@@ -199,8 +210,23 @@ private:
 		/// where they came straight from it, untouched in between; 0 for
 		/// tables made, copied or replaced otherwise.
 
+	bool holdsCopyOf(const DocumentVocabulary& other, VocabularyImpl impl) const;
+		/// True when this vocabulary holds exactly what a copy of other
+		/// into tables of the kind impl would hold (the writer's copy of an
+		/// external vocabulary): the same URI, alphabets and values at the
+		/// same indices, in tables of the chosen kind and size, and only
+		/// built-in encoding algorithms on both sides.
+	template <class T>
+	static bool sameValues(const Vocabulary<T>& left, const Vocabulary<T>& right);
+	template <class T>
+	static bool sameValue(const T& left, const T& right);
+	static bool sameValue(const std::string& left, const std::string& right);
+
 	friend class FastInfosetParser;
 		/// Which hands its records of the tables' content on with them.
+	friend class FastInfosetWriter;
+		/// Which keeps its copy of an external vocabulary for the next
+		/// writer on the thread, and swaps it in when it still holds a copy.
 
 	VocabularyImpl                        _impl;
 	std::vector<Vocabulary<std::string>*> _vocabularies;

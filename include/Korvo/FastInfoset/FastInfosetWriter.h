@@ -349,6 +349,23 @@ private:
 		/// binding is the position of the declaration of prefix and
 		/// namespaceURI, or NamespaceContext::NOT_FOUND.
 	void init();
+		/// The rest of construction, once _pState and _vocabulary are set.
+	void takeVocabulary(DocumentVocabulary::VocabularyImpl impl);
+		/// A new vocabulary of the kind impl, or the one the thread's last
+		/// writer of that kind left.
+	void keepVocabulary() noexcept;
+	void startReplay(DocumentVocabulary::ID id);
+		/// Takes the values the last writer left in table id for the ones
+		/// this document is likely to add, in the same order.
+	void settleTables() const;
+		/// Ends every replay, cutting the tables down to what the document added.
+	unsigned int replay(DocumentVocabulary::ID id, unsigned int idx);
+		/// The index of a value of table id, which is being replayed, that
+		/// the table holds at idx (or NOT_FOUND), or NOT_INDEXED when it is
+		/// to be added as usual.
+		/// Leaves the vocabulary, emptied, to the next writer of its kind,
+		/// where it is of a kind that finds values and holds nothing else
+		/// an application gave.
 	DocumentVocabulary& externalVocabulary();
 	void requireState(State state, const char* message) const;
 	void requireDocument(const char* message) const;
@@ -369,6 +386,10 @@ private:
 	void keepExternalVocabulary();
 		/// Copies the external vocabulary out of the document vocabulary,
 		/// when useExternalVocabulary() made them one.
+	void keepExternalCopy() noexcept;
+		/// Leaves the document vocabulary, truncated back to the external
+		/// vocabulary that useExternalVocabulary() copied into it, for the
+		/// next writer on the thread.
 	void writeNameSurrogate(const QualifiedNameEntry& qne);
 	bool findQualifiedName(const Korvo::XML::XMLString& prefix, const Korvo::XML::XMLString& ns, const Korvo::XML::XMLString& localName, bool inElement, unsigned int& idx) const;
 	void forgetNames();
@@ -474,7 +495,14 @@ private:
 	static constexpr unsigned int NOT_INDEXED = 0xFFFFFFFF;
 		/// What indexString() returns for a string written only literally.
 
+	static constexpr std::size_t MAX_KEPT_EXTERNAL = 65536;
+		/// The most values (all tables) of an external vocabulary whose
+		/// copy is kept for the next writer.
+
 	static constexpr std::size_t MAX_INDENT = 32;
+
+	static constexpr DocumentVocabulary::ID REPLAYED_TABLES[] = {DocumentVocabulary::LOCAL_NAME, DocumentVocabulary::ATTRIBUTE_VALUE, DocumentVocabulary::CHARACTER_CONTENT_CHUNK};
+		/// The tables a writer leaves to the next one with their values.
 		/// The longest indentation text remembered in _indentIndices.
 
 	BitStreamWriter                     _writer;
@@ -530,6 +558,13 @@ private:
 		/// document's chunks, needs no look-up. By the number of spaces,
 		/// tabs, line break and spaces, line break and tabs, in groups of
 		/// MAX_INDENT. Forgotten whenever the tables may have changed.
+	mutable unsigned int                _replaySize[DocumentVocabulary::CHARACTER_CONTENT_CHUNK + 1] = {};
+	mutable unsigned int                _replayEnd[DocumentVocabulary::CHARACTER_CONTENT_CHUNK + 1] = {};
+		/// For a table still replayed, the size the document has given it
+		/// and the size of what the last writer left (0 for the others):
+		/// the table holds those values as long as the document adds the
+		/// same ones in the same order, which it then finds there instead of
+		/// adding them; at the first other value the rest goes.
 	bool                                _bindingIndices;
 		/// True when the prefix and namespace tables find their values:
 		/// the namespace context can then keep the indices of its
