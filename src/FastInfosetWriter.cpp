@@ -268,6 +268,7 @@ FastInfosetWriter::~FastInfosetWriter()
 	_ownPrefixes.swap(_pState->ownPrefixes);
 	_attributeValues.swap(_pState->attributeValues);
 	_attributeLocalNames.swap(_pState->attributeLocalNames);
+	keepNames();
 	WriterState::give(_pState);
 }
 
@@ -351,6 +352,7 @@ DocumentVocabulary& FastInfosetWriter::getDocumentVocabulary()
 	_vocabularyFresh = false;
 	// The caller may change the tables.
 	std::fill(std::begin(_indentIndices), std::end(_indentIndices), 0u);
+	_pState->knownNames.stopReplay();
 	return _vocabulary;
 }
 
@@ -440,6 +442,7 @@ void FastInfosetWriter::startDocument()
 	{
 		findTables();
 		_knownNamesComplete = getQNameVocabulary(true).size() <= 1 && getQNameVocabulary(false).size() <= 1;
+		if (namesKept()) _pState->knownNames.startReplay(_vocabulary.impl(), stringTables());
 	}
 	else forgetNames();
 	writeHeader();
@@ -1032,7 +1035,8 @@ unsigned int FastInfosetWriter::writeName(std::string_view prefix, const XMLStri
 	if (!idx && !_knownNamesComplete && findQualifiedName(_scratchPrefix.assign(prefix.data(), prefix.size()), ns, localName, inElement, foundIdx))
 	{
 		idx = foundIdx;
-		knownNames.add(slot, hash, prefix, ns, localName, inElement, getQNameVocabulary(inElement).value(idx), idx);
+		const unsigned int none[QualifiedNameCache::TABLES] = {};
+		knownNames.add(slot, hash, prefix, ns, localName, inElement, getQNameVocabulary(inElement).value(idx), idx, none);
 	}
 
 	if (idx)
@@ -1043,12 +1047,102 @@ unsigned int FastInfosetWriter::writeName(std::string_view prefix, const XMLStri
 	{
 		// '1111', and the '0' of a name at the second bit, go out with the
 		// name's parts.
-		QualifiedNameEntry qne;
-		idx = writeNewQualifiedName(prefix, ns, localName, localNameHash, inElement, binding, qne, startPos == 1 ? 0x1E : 0xF, startPos == 1 ? 5 : 4);
-		if (idx) knownNames.add(slot, hash, prefix, ns, localName, inElement, qne, idx);
+		const unsigned int lead = startPos == 1 ? 0x1E : 0xF;
+		const int leadBits = startPos == 1 ? 5 : 4;
+		unsigned int sizes[QualifiedNameCache::TABLES] = {};
+		const bool sized = tableSizes(sizes);
+		QualifiedNameCache::Entry* pCarried = knownNames.carried(slot);
+		if (pCarried && sized && knownNames.replayable(*pCarried, sizes))
+		{
+			idx = replayName(*pCarried, prefix, ns, localName, inElement, binding, lead, leadBits, sizes);
+		}
+		else
+		{
+			QualifiedNameEntry qne;
+			idx = writeNewQualifiedName(prefix, ns, localName, localNameHash, inElement, binding, qne, lead, leadBits);
+			if (idx) knownNames.add(slot, hash, prefix, ns, localName, inElement, qne, idx, sizes);
+		}
 	}
 	poco_assert (_writer.bitPos() == 0);
 	return idx;
+}
+
+
+bool FastInfosetWriter::namesKept() const
+{
+	// Fresh tables of a kind that finds values, changed only by writing.
+	return _vocabularyFresh && _vocabulary.impl() != DocumentVocabulary::VOC_VECTOR;
+}
+
+
+const IndexedVocabulary<std::string>* const* FastInfosetWriter::stringTables() const
+{
+	static_assert(DocumentVocabulary::NAMESPACE_NAME == DocumentVocabulary::PREFIX + 1 && DocumentVocabulary::LOCAL_NAME == DocumentVocabulary::PREFIX + 2, "The name parts' tables follow each other");
+	static_assert(QualifiedNameCache::TABLES == 5 && QualifiedNameCache::STRING_TABLES == 3, "The sizes the header declares");
+	return _pIndexedTables + DocumentVocabulary::PREFIX;
+}
+
+
+void FastInfosetWriter::keepNames()
+{
+	// Only a writer whose document started from fresh tables knows what
+	// each name added to them.
+	if (_documentStarted && namesKept())
+		_pState->knownNames.keep(_vocabulary.impl(), stringTables());
+	else
+		_pState->knownNames.drop();
+}
+
+
+inline bool FastInfosetWriter::tableSizes(unsigned int sizes[QualifiedNameCache::TABLES]) const
+{
+	const IndexedVocabulary<std::string>* pPrefixes = _pIndexedTables[DocumentVocabulary::PREFIX];
+	const IndexedVocabulary<std::string>* pNamespaces = _pIndexedTables[DocumentVocabulary::NAMESPACE_NAME];
+	const IndexedVocabulary<std::string>* pLocalNames = _pIndexedTables[DocumentVocabulary::LOCAL_NAME];
+	if (!pPrefixes || !pNamespaces || !pLocalNames || !_pIndexedNames[0] || !_pIndexedNames[1]) return false;
+	sizes[QualifiedNameCache::PREFIXES] = pPrefixes->IndexedVocabulary<std::string>::size();
+	sizes[QualifiedNameCache::NAMESPACES] = pNamespaces->IndexedVocabulary<std::string>::size();
+	sizes[QualifiedNameCache::LOCAL_NAMES] = pLocalNames->IndexedVocabulary<std::string>::size();
+	sizes[QualifiedNameCache::ATTRIBUTE_NAMES] = _pIndexedNames[0]->IndexedVocabulary<QualifiedNameEntry>::size();
+	sizes[QualifiedNameCache::ELEMENT_NAMES] = _pIndexedNames[1]->IndexedVocabulary<QualifiedNameEntry>::size();
+	return true;
+}
+
+
+inline __attribute__((always_inline)) void FastInfosetWriter::replayPart(NameField& field, int table, const std::string& value, unsigned int idx, const unsigned int sizes[QualifiedNameCache::TABLES], unsigned int added[QualifiedNameCache::STRING_TABLES])
+{
+	if (idx != sizes[table])
+	{
+		appendIndex(field, idx);
+		return;
+	}
+	// Appended unindexed: the table's index takes it in when next asked.
+	_pIndexedTables[DocumentVocabulary::PREFIX + table]->appendAbsent(std::string_view(value));
+	added[table] = 1;
+	appendLiteral(field, value);
+}
+
+
+unsigned int FastInfosetWriter::replayName(QualifiedNameCache::Entry& entry, std::string_view prefix, const XMLString& ns, const XMLString& localName, bool inElement, std::size_t binding, unsigned int lead, int leadBits, const unsigned int sizes[QualifiedNameCache::TABLES])
+{
+	// writeNewQualifiedName() with the look-ups' results known: a part
+	// with the index of the table's next value was new and is appended,
+	// any other is at that index.
+	unsigned int added[QualifiedNameCache::STRING_TABLES] = {};
+	const QualifiedNameEntry& name = entry.name;
+	NameField field{(Korvo::UInt64(lead) << 2) | (prefix.empty() ? 0u : 2u) | (ns.empty() ? 0u : 1u), leadBits + 2};
+	if (((_writer.bitPos() + field.bits) & 7) != 0) flush(field);
+	if (!prefix.empty()) replayPart(field, QualifiedNameCache::PREFIXES, *entry.pPrefix, name.prefixId(), sizes, added);
+	if (!ns.empty()) replayPart(field, QualifiedNameCache::NAMESPACES, ns, name.namespaceId(), sizes, added);
+	replayPart(field, QualifiedNameCache::LOCAL_NAMES, localName, name.localNameId(), sizes, added);
+	flush(field);
+	unsigned int prefixIdx;
+	unsigned int nsIdx;
+	if (binding != NamespaceContext::NOT_FOUND && !_pState->namespaces.tableIndices(binding, prefixIdx, nsIdx))
+		_pState->namespaces.setTableIndices(binding, name.prefixId(), name.namespaceId());
+	_pIndexedNames[inElement]->append(name);
+	_pState->knownNames.replayed(entry, added);
+	return entry.index;
 }
 
 

@@ -35,7 +35,7 @@ WriterState* WriterState::take(const DocumentVocabulary& vocabulary)
 		pState->namespaces.reset();
 	else
 		pState = new WriterState;
-	pState->knownNames.reset(vocabulary);
+	pState->knownNames.renew(vocabulary);
 	return pState;
 }
 

@@ -44,7 +44,8 @@ public:
 	static WriterState* take(const DocumentVocabulary& vocabulary);
 		/// A state with an empty namespace context (the xml and xmlns
 		/// prefixes only) and no known names, whose names come from the
-		/// tables of vocabulary. Belongs to the caller until give().
+		/// tables of vocabulary, but with the names that the thread's last
+		/// writer kept, to replay. Belongs to the caller until give().
 
 	static void give(WriterState* pState);
 		/// Takes the state back, keeping it for the next take() on this

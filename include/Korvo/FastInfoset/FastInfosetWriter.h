@@ -47,6 +47,7 @@ namespace FastInfoset {
 
 class StringPacker;
 class WriterState;
+struct QualifiedNameCacheEntry;
 
 
 class FastInfoset_API FastInfosetWriter: public FISContentHandler, public Korvo::XML::LexicalHandler, public Korvo::XML::DTDHandler, public FISDocumentHandler
@@ -404,6 +405,21 @@ private:
 		int           bits;
 	};
 
+	bool namesKept() const;
+		/// Whether the names' cache may replay and keep names: the
+		/// tables are fresh and find values.
+	const IndexedVocabulary<std::string>* const* stringTables() const;
+		/// The prefix, namespace-name and local-name tables.
+	void keepNames();
+		/// Hands the names written on to the thread's next writer, or not.
+	bool tableSizes(unsigned int sizes[5]) const;
+		/// The sizes of the name parts' and the names' tables, in that
+		/// order, where the writer has them at hand.
+	unsigned int replayName(QualifiedNameCacheEntry& entry, std::string_view prefix, const Korvo::XML::XMLString& ns, const Korvo::XML::XMLString& localName, bool inElement, std::size_t binding, unsigned int lead, int leadBits, const unsigned int sizes[5]);
+		/// Writes the name of entry, which the thread's last writer
+		/// introduced in tables of the sizes it finds now, as it was
+		/// written then; its index.
+	void replayPart(NameField& field, int table, const std::string& value, unsigned int idx, const unsigned int sizes[5], unsigned int added[3]);
 	void flush(NameField& field);
 	void appendIndex(NameField& field, unsigned int idx);
 	void appendLiteral(NameField& field, std::string_view str);
