@@ -1274,7 +1274,7 @@ inline __attribute__((always_inline)) void FastInfosetWriter::appendLiteral(Name
 		return;
 	}
 	flush(field);
-	writeIdentifyingString(std::string(str), DocumentVocabulary::LOCAL_NAME);
+	writeIdentifyingLiteral(str);
 }
 
 
@@ -1333,22 +1333,25 @@ unsigned int FastInfosetWriter::writeIdentifyingStringOrIndex(const std::string&
 
 void FastInfosetWriter::writeIdentifyingString(const std::string& str, DocumentVocabulary::ID)
 {
+	writeIdentifyingLiteral(str);
+}
+
+
+void FastInfosetWriter::writeIdentifyingLiteral(std::string_view str)
+{
 	if (_writer.bitPos() != 0) throw FISEncodingException("Illegal startposition for an writeIdentifyingString");
 	if (str.empty() || str.size() > 0xFFFFFFFFu)
 	{
 		// The encoder's messages for strings that have no form.
 		_writer.write(false);
-		Encoder::nonEmptyOctetString(_writer, str);
+		Encoder::nonEmptyOctetString(_writer, std::string(str));
 		return;
 	}
 	if (str.size() <= SHORT_LITERAL)
 	{
 		// The '0' bit and the length make one octet: it goes out with the
 		// octets in one write.
-		char octets[SHORT_LITERAL + 1];
-		octets[0] = static_cast<char>(str.size() - 1);
-		std::memcpy(octets + 1, str.data(), str.size());
-		_writer.write(octets, static_cast<unsigned int>(str.size() + 1));
+		_writer.write(str.size() - 1, 8, str.data(), str.size());
 		return;
 	}
 	// The '0' bit and the length in one field, then the octets.
