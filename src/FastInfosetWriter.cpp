@@ -1230,6 +1230,24 @@ inline __attribute__((always_inline)) void FastInfosetWriter::flush(NameField& f
 }
 
 
+unsigned int __attribute__((noinline)) FastInfosetWriter::indexNamePart(int table, std::string_view str, bool& exists)
+{
+	const DocumentVocabulary::ID id = DocumentVocabulary::ID(DocumentVocabulary::PREFIX + table);
+	if (IndexedVocabulary<std::string>* pTable = _pIndexedTables[id])
+	{
+		// What the last document added here needs no look-up.
+		const unsigned int size = pTable->IndexedVocabulary<std::string>::size();
+		if (_pState->knownNames.continues(QualifiedNameCache::Table(table), size, str))
+		{
+			pTable->appendAbsent(str);
+			exists = false;
+			return size;
+		}
+	}
+	return indexString(id, str, exists);
+}
+
+
 inline __attribute__((always_inline)) void FastInfosetWriter::appendPrefixAndNamespace(NameField& field, std::string_view prefix, std::string_view ns, unsigned int& prefixIdx, unsigned int& nsIdx)
 {
 	bool exists;
@@ -1237,12 +1255,12 @@ inline __attribute__((always_inline)) void FastInfosetWriter::appendPrefixAndNam
 	nsIdx = 0;
 	if (!prefix.empty())
 	{
-		prefixIdx = indexString(DocumentVocabulary::PREFIX, prefix, exists);
+		prefixIdx = indexNamePart(QualifiedNameCache::PREFIXES, prefix, exists);
 		if (exists) appendIndex(field, prefixIdx); else appendLiteral(field, prefix);
 	}
 	if (!ns.empty())
 	{
-		nsIdx = indexString(DocumentVocabulary::NAMESPACE_NAME, ns, exists);
+		nsIdx = indexNamePart(QualifiedNameCache::NAMESPACES, ns, exists);
 		if (exists) appendIndex(field, nsIdx); else appendLiteral(field, ns);
 	}
 }

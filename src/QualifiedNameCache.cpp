@@ -78,12 +78,17 @@ void QualifiedNameCache::clear()
 
 void QualifiedNameCache::startReplay(DocumentVocabulary::VocabularyImpl impl, StringTables tables)
 {
+	// Fresh tables of one kind hold the same values: those the copies
+	// start with.
 	_replaying = _carry && impl == _carriedImpl;
 	for (std::size_t t = 0; t < STRING_TABLES; ++t)
 	{
 		_pTables[t] = tables[t];
-		_synced[t] = 0;
+		_synced[t] = tables[t]->IndexedVocabulary<std::string>::size();
+		if (_synced[t] > _copies[t].size()) _replaying = false;
 	}
+	// Otherwise nothing is known to be the copy's.
+	if (!_replaying) std::fill(std::begin(_synced), std::end(_synced), 0u);
 }
 
 
@@ -101,21 +106,27 @@ void QualifiedNameCache::drop()
 }
 
 
-bool QualifiedNameCache::catchUp(const unsigned int sizes[TABLES])
+bool QualifiedNameCache::replayable(const Entry& entry, const unsigned int sizes[TABLES])
+{
+	if (std::memcmp(sizes, entry.sizes, sizeof(entry.sizes)) != 0) return false;
+	// Usually nothing but replayed names has been added since the last.
+	if (_synced[PREFIXES] == sizes[PREFIXES] && _synced[NAMESPACES] == sizes[NAMESPACES] && _synced[LOCAL_NAMES] == sizes[LOCAL_NAMES]) return true;
+	return catchUp(PREFIXES, sizes[PREFIXES]) && catchUp(NAMESPACES, sizes[NAMESPACES]) && catchUp(LOCAL_NAMES, sizes[LOCAL_NAMES]);
+}
+
+
+bool QualifiedNameCache::catchUp(Table table, unsigned int size)
 {
 	// Whatever added the values since the last check, they must be the
-	// copy's: then every look-up finds what it found when the name was new.
-	for (std::size_t t = 0; t < STRING_TABLES; ++t)
+	// copy's: then every look-up finds what it found the last time.
+	const IndexedVocabulary<std::string>& values = *_pTables[table];
+	const VerbTable<std::string>& copy = _copies[table];
+	for (unsigned int& i = _synced[table]; i < size; ++i)
 	{
-		const IndexedVocabulary<std::string>& table = *_pTables[t];
-		const VerbTable<std::string>& copy = _copies[t];
-		for (unsigned int& i = _synced[t]; i < sizes[t]; ++i)
+		if (i >= copy.size() || !equal(values.IndexedVocabulary<std::string>::value(i), *copy.get(i)))
 		{
-			if (i >= copy.size() || !equal(table.IndexedVocabulary<std::string>::value(i), *copy.get(i)))
-			{
-				_replaying = false;
-				return false;
-			}
+			_replaying = false;
+			return false;
 		}
 	}
 	return true;
@@ -139,7 +150,7 @@ void QualifiedNameCache::keep(DocumentVocabulary::VocabularyImpl impl, StringTab
 			const IndexedVocabulary<std::string>& table = *tables[t];
 			VerbTable<std::string>& copy = _copies[t];
 			const unsigned int size = table.IndexedVocabulary<std::string>::size();
-			unsigned int i = _pTables[t] == tables[t] ? std::min(_synced[t], size) : 0;
+			unsigned int i = _pTables[t] == tables[t] ? std::min({_synced[t], size, copy.size()}) : 0;
 			while (i < size && i < copy.size() && equal(table.IndexedVocabulary<std::string>::value(i), *copy.get(i))) ++i;
 			copy.truncate(i);
 			for (; i < size; ++i)

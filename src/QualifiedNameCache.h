@@ -102,8 +102,8 @@ public:
 
 	void startReplay(DocumentVocabulary::VocabularyImpl impl, StringTables tables);
 		/// Lets carried names be replayed into tables of kind impl, which hold
-		/// no more than a fresh vocabulary's values: a cache kept from tables
-		/// of the same kind.
+		/// a fresh vocabulary's values: a cache kept from tables of the same
+		/// kind.
 
 	void stopReplay();
 		/// No more carried names in this document.
@@ -136,6 +136,11 @@ public:
 		/// what it added then. The first difference in the string tables
 		/// ends replaying for the document.
 
+	bool continues(Table table, unsigned int size, std::string_view value);
+		/// True when value, added to the string table of that Table whose
+		/// size is size, is the value the last document added at that
+		/// point: the table does not hold it then. It is taken as added.
+
 	void replayed(Entry& entry, const unsigned int added[STRING_TABLES]);
 		/// The name of entry has been written as before, adding added[t]
 		/// values to string table t.
@@ -161,8 +166,10 @@ private:
 		/// The slot that holds the name, or the empty slot where it would go.
 	static const std::string* string(const Vocabulary<std::string>* pTable, unsigned int id);
 	static bool equal(const std::string& left, std::string_view right);
-	bool catchUp(const unsigned int sizes[TABLES]);
-		/// replayable() for the values added since the last check.
+	bool catchUp(Table table, unsigned int size);
+		/// Checks the values of the table, whose size is size, added since
+		/// the last check: false, ending replaying, where they are not the
+		/// copy's.
 	void grow();
 	void clear();
 	void keepNames();
@@ -246,12 +253,13 @@ inline QualifiedNameCache::Entry* QualifiedNameCache::carried(std::size_t slot)
 }
 
 
-inline bool QualifiedNameCache::replayable(const Entry& entry, const unsigned int sizes[TABLES])
+inline bool QualifiedNameCache::continues(Table table, unsigned int size, std::string_view value)
 {
-	if (std::memcmp(sizes, entry.sizes, sizeof(entry.sizes)) != 0) return false;
-	// Usually nothing but replayed names has been added since the last.
-	if (_synced[PREFIXES] == sizes[PREFIXES] && _synced[NAMESPACES] == sizes[NAMESPACES] && _synced[LOCAL_NAMES] == sizes[LOCAL_NAMES]) return true;
-	return catchUp(sizes);
+	// The copy holds each value once: what it has at size it lacks below.
+	if (!_replaying || size >= _copies[table].size() || !equal(*_copies[table].get(size), value)) return false;
+	if (_synced[table] != size && !catchUp(table, size)) return false;
+	++_synced[table];
+	return true;
 }
 
 

@@ -420,6 +420,8 @@ private:
 		/// introduced in tables of the sizes it finds now, as it was
 		/// written then; its index.
 	void replayPart(NameField& field, int table, const std::string& value, unsigned int idx, const unsigned int sizes[5], unsigned int added[3]);
+	unsigned int indexNamePart(int table, std::string_view str, bool& exists);
+		/// indexString() for a prefix (table 0) or namespace name (1).
 	void writeIdentifyingLiteral(std::string_view str);
 		/// writeIdentifyingString() for any text.
 	void flush(NameField& field);
