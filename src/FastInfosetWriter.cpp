@@ -527,10 +527,15 @@ void FastInfosetWriter::startElement(const XMLString& namespaceURI, const XMLStr
 	}
 	else
 	{
-		// The padding, the '0' and the attribute bit in one field.
-		_writer.write(attributeBit, padding + 2);
+		// The padding, the '0' and the attribute bit in one field, written
+		// with the name where they can be.
+		unsigned int pending = attributeBit;
+		int pendingBits = padding + 2;
 		if (declaring)
 		{
+			_writer.write(pending, pendingBits);
+			pending = 0;
+			pendingBits = 0;
 			_writer.write(NAMESPACE_ATTRIBUTES, 6);
 			for (std::size_t position: _pState->declarations) writeNamespaceBinding(position);
 			writeTerminator();
@@ -548,7 +553,7 @@ void FastInfosetWriter::startElement(const XMLString& namespaceURI, const XMLStr
 			binding = namespaces.find(prefix);
 			if (binding != NamespaceContext::NOT_FOUND && namespaces.uriAt(binding) != namespaceURI) binding = NamespaceContext::NOT_FOUND;
 		}
-		writeName(prefix, namespaceURI, *pLocalName, true, binding, &name);
+		writeName(prefix, namespaceURI, *pLocalName, true, binding, &name, pending, pendingBits);
 	}
 	if (!_attributeValues.empty()) writeAttributeItems();
 	// The children's context is opened only now: the names gathered above
@@ -964,8 +969,8 @@ inline void FastInfosetWriter::writeAttributeItem(const XMLString& prefix, const
 			writeValueOrIndex(value, DocumentVocabulary::ATTRIBUTE_VALUE, name.index - 1, 8);
 		return;
 	}
-	_writer.write(false);
-	writeName(prefix, ns, localName, false, NamespaceContext::NOT_FOUND, &name);
+	// The item's '0' goes out with the name.
+	writeName(prefix, ns, localName, false, NamespaceContext::NOT_FOUND, &name, 0, 1);
 	writeAttributeValue(value);
 }
 
@@ -1017,9 +1022,9 @@ inline __attribute__((always_inline)) void FastInfosetWriter::lookUpName(std::st
 }
 
 
-unsigned int FastInfosetWriter::writeName(std::string_view prefix, const XMLString& ns, const XMLString& localName, bool inElement, std::size_t binding, const NameLookup* pLookup)
+unsigned int FastInfosetWriter::writeName(std::string_view prefix, const XMLString& ns, const XMLString& localName, bool inElement, std::size_t binding, const NameLookup* pLookup, unsigned int pending, int pendingBits)
 {
-	const int startPos = _writer.bitPos();
+	const int startPos = (_writer.bitPos() + pendingBits) & 7;
 	NameLookup own;
 	if (!pLookup)
 	{
@@ -1041,23 +1046,26 @@ unsigned int FastInfosetWriter::writeName(std::string_view prefix, const XMLStri
 
 	if (idx)
 	{
+		if (pendingBits) _writer.write(pending, pendingBits);
 		Encoder::integer(_writer, idx);
 	}
 	else
 	{
 		// '1111', and the '0' of a name at the second bit, go out with the
 		// name's parts.
-		const unsigned int lead = startPos == 1 ? 0x1E : 0xF;
-		const int leadBits = startPos == 1 ? 5 : 4;
+		unsigned int lead = startPos == 1 ? 0x1E : 0xF;
+		int leadBits = startPos == 1 ? 5 : 4;
 		unsigned int sizes[QualifiedNameCache::TABLES] = {};
 		const bool sized = tableSizes(sizes);
 		QualifiedNameCache::Entry* pCarried = knownNames.carried(slot);
 		if (pCarried && sized && knownNames.replayable(*pCarried, sizes))
 		{
-			idx = replayName(*pCarried, prefix, ns, localName, inElement, binding, lead, leadBits, sizes);
+			// Nothing throws before the pending bits go out with the name.
+			idx = replayName(*pCarried, prefix, ns, localName, inElement, binding, (pending << leadBits) | lead, pendingBits + leadBits, sizes);
 		}
 		else
 		{
+			if (pendingBits) _writer.write(pending, pendingBits);
 			QualifiedNameEntry qne;
 			idx = writeNewQualifiedName(prefix, ns, localName, localNameHash, inElement, binding, qne, lead, leadBits);
 			if (idx) knownNames.add(slot, hash, prefix, ns, localName, inElement, qne, idx, sizes);

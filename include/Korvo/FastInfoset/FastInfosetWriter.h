@@ -387,11 +387,12 @@ private:
 	};
 
 	void lookUpName(std::string_view prefix, const Korvo::XML::XMLString& ns, const Korvo::XML::XMLString& localName, bool inElement, NameLookup& lookup) const;
-	unsigned int writeName(std::string_view prefix, const Korvo::XML::XMLString& ns, const Korvo::XML::XMLString& localName, bool inElement, std::size_t binding, const NameLookup* pLookup = nullptr);
+	unsigned int writeName(std::string_view prefix, const Korvo::XML::XMLString& ns, const Korvo::XML::XMLString& localName, bool inElement, std::size_t binding, const NameLookup* pLookup = nullptr, unsigned int pending = 0, int pendingBits = 0);
 		/// writeQualifiedNameOrIndex() at a checked position. binding is the
 		/// position of the declaration of prefix and ns in the namespace
 		/// context, or NamespaceContext::NOT_FOUND. pLookup is the name's
-		/// lookUpName(), when the caller made it.
+		/// lookUpName(), when the caller made it. The pendingBits (0 to 9)
+		/// low bits of pending come first.
 	unsigned int writeNewQualifiedName(std::string_view prefix, const Korvo::XML::XMLString& ns, const Korvo::XML::XMLString& localName, Korvo::UInt32 localNameHash, bool inElement, std::size_t binding, QualifiedNameEntry& qne, unsigned int lead, int leadBits);
 		/// writeQualifiedName() for a name its table is known not to hold;
 		/// qne is the table's entry for the name when it is indexed.
