@@ -23,7 +23,6 @@
 #include "Korvo/FastInfoset/IndexedVocabulary.h"
 #include "Korvo/FastInfoset/ValueIndex.h"
 #include "Korvo/FastInfoset/VerbTable.h"
-#include <cstring>
 #include <string>
 #include <string_view>
 #include <vector>
