@@ -415,7 +415,7 @@ void DocumentVocabulary::reset()
 }
 
 
-bool DocumentVocabulary::emptyTables(bool all)
+bool DocumentVocabulary::emptyTables(bool values)
 {
 	if (_vocabularies.size() != TABLE_SLOTS) return false;
 	if (!_standardTables)
@@ -433,7 +433,7 @@ bool DocumentVocabulary::emptyTables(bool all)
 	keepBuiltIn(*_vocabularies[NAMESPACE_NAME], xmlNamespace());
 	for (std::size_t id = NAMESPACE_NAME + 1; id < TABLE_SLOTS; ++id)
 	{
-		if (all || (id != LOCAL_NAME && id != ATTRIBUTE_VALUE && id != CHARACTER_CONTENT_CHUNK)) emptyTable(*_vocabularies[id]);
+		if (values || (id != ATTRIBUTE_VALUE && id != CHARACTER_CONTENT_CHUNK)) emptyTable(*_vocabularies[id]);
 	}
 	emptyTable(*_pElementVocabulary);
 	emptyTable(*_pAttributeVocabulary);

@@ -276,7 +276,7 @@ void FastInfosetWriter::keepVocabulary() noexcept
 	try
 	{
 		if (!pKept) pKept.reset(new DocumentVocabulary(DocumentVocabulary::DONT_INITIALIZE));
-		// The replayed tables stay as they are, for the next writer.
+		// The value tables stay as they are: the next writer's replay.
 		if (!_vocabulary.emptyTables(false)) return;
 		_vocabulary.init();
 		_vocabulary.swapTables(*pKept);
@@ -342,7 +342,7 @@ void FastInfosetWriter::init()
 	std::fill(std::begin(_pIndexedTables), std::end(_pIndexedTables), nullptr);
 	std::fill(std::begin(_pIndexedNames), std::end(_pIndexedNames), nullptr);
 	_bindingIndices = false;
-	_pState->knownNames.reset(_vocabulary);
+	_pState->knownNames.renew(_vocabulary);
 	// The stacks' storage comes with the state; room for the usual nesting
 	// and attribute counts, so that a small message grows nothing.
 	_states.swap(_pState->states);
@@ -371,6 +371,7 @@ FastInfosetWriter::~FastInfosetWriter()
 	_ownPrefixes.swap(_pState->ownPrefixes);
 	_attributeValues.swap(_pState->attributeValues);
 	_attributeLocalNames.swap(_pState->attributeLocalNames);
+	keepNames();
 	if (_vocabularyIsExternal)
 		keepExternalCopy();
 	else
@@ -487,6 +488,7 @@ DocumentVocabulary& FastInfosetWriter::getDocumentVocabulary()
 	_vocabularyFresh = false;
 	// The caller may change the tables.
 	std::fill(std::begin(_indentIndices), std::end(_indentIndices), 0u);
+	_pState->knownNames.stopReplay();
 	return _vocabulary;
 }
 
@@ -585,6 +587,7 @@ void FastInfosetWriter::startDocument()
 	{
 		findTables();
 		_knownNamesComplete = getQNameVocabulary(true).size() <= 1 && getQNameVocabulary(false).size() <= 1;
+		if (namesKept()) _pState->knownNames.startReplay(_vocabulary.impl(), stringTables());
 	}
 	else forgetNames();
 	writeHeader();
@@ -669,10 +672,15 @@ void FastInfosetWriter::startElement(const XMLString& namespaceURI, const XMLStr
 	}
 	else
 	{
-		// The padding, the '0' and the attribute bit in one field.
-		_writer.write(attributeBit, padding + 2);
+		// The padding, the '0' and the attribute bit in one field, written
+		// with the name where they can be.
+		unsigned int pending = attributeBit;
+		int pendingBits = padding + 2;
 		if (declaring)
 		{
+			_writer.write(pending, pendingBits);
+			pending = 0;
+			pendingBits = 0;
 			_writer.write(NAMESPACE_ATTRIBUTES, 6);
 			for (std::size_t position: _pState->declarations) writeNamespaceBinding(position);
 			writeTerminator();
@@ -690,7 +698,7 @@ void FastInfosetWriter::startElement(const XMLString& namespaceURI, const XMLStr
 			binding = namespaces.find(prefix);
 			if (binding != NamespaceContext::NOT_FOUND && namespaces.uriAt(binding) != namespaceURI) binding = NamespaceContext::NOT_FOUND;
 		}
-		writeName(prefix, namespaceURI, *pLocalName, true, binding, &name);
+		writeName(prefix, namespaceURI, *pLocalName, true, binding, &name, pending, pendingBits);
 	}
 	if (!_attributeValues.empty()) writeAttributeItems();
 	// The children's context is opened only now: the names gathered above
@@ -1106,8 +1114,8 @@ inline void FastInfosetWriter::writeAttributeItem(const XMLString& prefix, const
 			writeValueOrIndex(value, DocumentVocabulary::ATTRIBUTE_VALUE, name.index - 1, 8);
 		return;
 	}
-	_writer.write(false);
-	writeName(prefix, ns, localName, false, NamespaceContext::NOT_FOUND, &name);
+	// The item's '0' goes out with the name.
+	writeName(prefix, ns, localName, false, NamespaceContext::NOT_FOUND, &name, 0, 1);
 	writeAttributeValue(value);
 }
 
@@ -1159,9 +1167,9 @@ inline __attribute__((always_inline)) void FastInfosetWriter::lookUpName(std::st
 }
 
 
-unsigned int FastInfosetWriter::writeName(std::string_view prefix, const XMLString& ns, const XMLString& localName, bool inElement, std::size_t binding, const NameLookup* pLookup)
+unsigned int FastInfosetWriter::writeName(std::string_view prefix, const XMLString& ns, const XMLString& localName, bool inElement, std::size_t binding, const NameLookup* pLookup, unsigned int pending, int pendingBits)
 {
-	const int startPos = _writer.bitPos();
+	const int startPos = (_writer.bitPos() + pendingBits) & 7;
 	NameLookup own;
 	if (!pLookup)
 	{
@@ -1177,23 +1185,117 @@ unsigned int FastInfosetWriter::writeName(std::string_view prefix, const XMLStri
 	if (!idx && !_knownNamesComplete && findQualifiedName(_scratchPrefix.assign(prefix.data(), prefix.size()), ns, localName, inElement, foundIdx))
 	{
 		idx = foundIdx;
-		knownNames.add(slot, hash, prefix, ns, localName, inElement, getQNameVocabulary(inElement).value(idx), idx);
+		const unsigned int none[QualifiedNameCache::TABLES] = {};
+		knownNames.add(slot, hash, prefix, ns, localName, inElement, getQNameVocabulary(inElement).value(idx), idx, none);
 	}
 
 	if (idx)
 	{
+		if (pendingBits) _writer.write(pending, pendingBits);
 		Encoder::integer(_writer, idx);
 	}
 	else
 	{
 		// '1111', and the '0' of a name at the second bit, go out with the
 		// name's parts.
-		QualifiedNameEntry qne;
-		idx = writeNewQualifiedName(prefix, ns, localName, localNameHash, inElement, binding, qne, startPos == 1 ? 0x1E : 0xF, startPos == 1 ? 5 : 4);
-		if (idx) knownNames.add(slot, hash, prefix, ns, localName, inElement, qne, idx);
+		unsigned int lead = startPos == 1 ? 0x1E : 0xF;
+		int leadBits = startPos == 1 ? 5 : 4;
+		unsigned int sizes[QualifiedNameCache::TABLES] = {};
+		const bool sized = tableSizes(sizes);
+		QualifiedNameCache::Entry* pCarried = knownNames.carried(slot);
+		if (pCarried && sized && knownNames.replayable(*pCarried, sizes))
+		{
+			// Nothing throws before the pending bits go out with the name.
+			idx = replayName(*pCarried, prefix, ns, localName, inElement, binding, (pending << leadBits) | lead, pendingBits + leadBits, sizes);
+		}
+		else
+		{
+			if (pendingBits) _writer.write(pending, pendingBits);
+			QualifiedNameEntry qne;
+			idx = writeNewQualifiedName(prefix, ns, localName, localNameHash, inElement, binding, qne, lead, leadBits);
+			if (idx) knownNames.add(slot, hash, prefix, ns, localName, inElement, qne, idx, sizes);
+		}
 	}
 	poco_assert (_writer.bitPos() == 0);
 	return idx;
+}
+
+
+bool FastInfosetWriter::namesKept() const
+{
+	// Fresh tables of a kind that finds values, changed only by writing.
+	return _vocabularyFresh && _vocabulary.impl() != DocumentVocabulary::VOC_VECTOR;
+}
+
+
+const IndexedVocabulary<std::string>* const* FastInfosetWriter::stringTables() const
+{
+	static_assert(DocumentVocabulary::NAMESPACE_NAME == DocumentVocabulary::PREFIX + 1 && DocumentVocabulary::LOCAL_NAME == DocumentVocabulary::PREFIX + 2, "The name parts' tables follow each other");
+	static_assert(QualifiedNameCache::TABLES == 5 && QualifiedNameCache::STRING_TABLES == 3, "The sizes the header declares");
+	return _pIndexedTables + DocumentVocabulary::PREFIX;
+}
+
+
+void FastInfosetWriter::keepNames()
+{
+	// Only a writer whose document started from fresh tables knows what
+	// each name added to them.
+	if (_documentStarted && namesKept())
+		_pState->knownNames.keep(_vocabulary.impl(), stringTables());
+	else
+		_pState->knownNames.drop();
+}
+
+
+inline bool FastInfosetWriter::tableSizes(unsigned int sizes[QualifiedNameCache::TABLES]) const
+{
+	const IndexedVocabulary<std::string>* pPrefixes = _pIndexedTables[DocumentVocabulary::PREFIX];
+	const IndexedVocabulary<std::string>* pNamespaces = _pIndexedTables[DocumentVocabulary::NAMESPACE_NAME];
+	const IndexedVocabulary<std::string>* pLocalNames = _pIndexedTables[DocumentVocabulary::LOCAL_NAME];
+	if (!pPrefixes || !pNamespaces || !pLocalNames || !_pIndexedNames[0] || !_pIndexedNames[1]) return false;
+	sizes[QualifiedNameCache::PREFIXES] = pPrefixes->IndexedVocabulary<std::string>::size();
+	sizes[QualifiedNameCache::NAMESPACES] = pNamespaces->IndexedVocabulary<std::string>::size();
+	sizes[QualifiedNameCache::LOCAL_NAMES] = pLocalNames->IndexedVocabulary<std::string>::size();
+	sizes[QualifiedNameCache::ATTRIBUTE_NAMES] = _pIndexedNames[0]->IndexedVocabulary<QualifiedNameEntry>::size();
+	sizes[QualifiedNameCache::ELEMENT_NAMES] = _pIndexedNames[1]->IndexedVocabulary<QualifiedNameEntry>::size();
+	return true;
+}
+
+
+inline __attribute__((always_inline)) void FastInfosetWriter::replayPart(NameField& field, int table, const std::string& value, unsigned int idx, const unsigned int sizes[QualifiedNameCache::TABLES], unsigned int added[QualifiedNameCache::STRING_TABLES])
+{
+	if (idx != sizes[table])
+	{
+		appendIndex(field, idx);
+		return;
+	}
+	// Appended unindexed: the table's index takes it in when next asked.
+	_pIndexedTables[DocumentVocabulary::PREFIX + table]->appendAbsent(std::string_view(value));
+	added[table] = 1;
+	appendLiteral(field, value);
+}
+
+
+unsigned int FastInfosetWriter::replayName(QualifiedNameCache::Entry& entry, std::string_view prefix, const XMLString& ns, const XMLString& localName, bool inElement, std::size_t binding, unsigned int lead, int leadBits, const unsigned int sizes[QualifiedNameCache::TABLES])
+{
+	// writeNewQualifiedName() with the look-ups' results known: a part
+	// with the index of the table's next value was new and is appended,
+	// any other is at that index.
+	unsigned int added[QualifiedNameCache::STRING_TABLES] = {};
+	const QualifiedNameEntry& name = entry.name;
+	NameField field{(Korvo::UInt64(lead) << 2) | (prefix.empty() ? 0u : 2u) | (ns.empty() ? 0u : 1u), leadBits + 2};
+	if (((_writer.bitPos() + field.bits) & 7) != 0) flush(field);
+	if (!prefix.empty()) replayPart(field, QualifiedNameCache::PREFIXES, *entry.pPrefix, name.prefixId(), sizes, added);
+	if (!ns.empty()) replayPart(field, QualifiedNameCache::NAMESPACES, ns, name.namespaceId(), sizes, added);
+	replayPart(field, QualifiedNameCache::LOCAL_NAMES, localName, name.localNameId(), sizes, added);
+	flush(field);
+	unsigned int prefixIdx;
+	unsigned int nsIdx;
+	if (binding != NamespaceContext::NOT_FOUND && !_pState->namespaces.tableIndices(binding, prefixIdx, nsIdx))
+		_pState->namespaces.setTableIndices(binding, name.prefixId(), name.namespaceId());
+	_pIndexedNames[inElement]->append(name);
+	_pState->knownNames.replayed(entry, added);
+	return entry.index;
 }
 
 
@@ -1281,6 +1383,24 @@ inline __attribute__((always_inline)) void FastInfosetWriter::flush(NameField& f
 }
 
 
+unsigned int __attribute__((noinline)) FastInfosetWriter::indexNamePart(int table, std::string_view str, bool& exists)
+{
+	const DocumentVocabulary::ID id = DocumentVocabulary::ID(DocumentVocabulary::PREFIX + table);
+	if (IndexedVocabulary<std::string>* pTable = _pIndexedTables[id])
+	{
+		// What the last document added here needs no look-up.
+		const unsigned int size = pTable->IndexedVocabulary<std::string>::size();
+		if (_pState->knownNames.continues(QualifiedNameCache::Table(table), size, str))
+		{
+			pTable->appendAbsent(str);
+			exists = false;
+			return size;
+		}
+	}
+	return indexString(id, str, exists);
+}
+
+
 inline __attribute__((always_inline)) void FastInfosetWriter::appendPrefixAndNamespace(NameField& field, std::string_view prefix, std::string_view ns, unsigned int& prefixIdx, unsigned int& nsIdx)
 {
 	bool exists;
@@ -1288,12 +1408,12 @@ inline __attribute__((always_inline)) void FastInfosetWriter::appendPrefixAndNam
 	nsIdx = 0;
 	if (!prefix.empty())
 	{
-		prefixIdx = indexString(DocumentVocabulary::PREFIX, prefix, exists);
+		prefixIdx = indexNamePart(QualifiedNameCache::PREFIXES, prefix, exists);
 		if (exists) appendIndex(field, prefixIdx); else appendLiteral(field, prefix);
 	}
 	if (!ns.empty())
 	{
-		nsIdx = indexString(DocumentVocabulary::NAMESPACE_NAME, ns, exists);
+		nsIdx = indexNamePart(QualifiedNameCache::NAMESPACES, ns, exists);
 		if (exists) appendIndex(field, nsIdx); else appendLiteral(field, ns);
 	}
 }
@@ -1325,7 +1445,7 @@ inline __attribute__((always_inline)) void FastInfosetWriter::appendLiteral(Name
 		return;
 	}
 	flush(field);
-	writeIdentifyingString(std::string(str), DocumentVocabulary::LOCAL_NAME);
+	writeIdentifyingLiteral(str);
 }
 
 
@@ -1391,22 +1511,25 @@ unsigned int FastInfosetWriter::writeIdentifyingStringOrIndex(const std::string&
 
 void FastInfosetWriter::writeIdentifyingString(const std::string& str, DocumentVocabulary::ID)
 {
+	writeIdentifyingLiteral(str);
+}
+
+
+void FastInfosetWriter::writeIdentifyingLiteral(std::string_view str)
+{
 	if (_writer.bitPos() != 0) throw FISEncodingException("Illegal startposition for an writeIdentifyingString");
 	if (str.empty() || str.size() > 0xFFFFFFFFu)
 	{
 		// The encoder's messages for strings that have no form.
 		_writer.write(false);
-		Encoder::nonEmptyOctetString(_writer, str);
+		Encoder::nonEmptyOctetString(_writer, std::string(str));
 		return;
 	}
 	if (str.size() <= SHORT_LITERAL)
 	{
 		// The '0' bit and the length make one octet: it goes out with the
 		// octets in one write.
-		char octets[SHORT_LITERAL + 1];
-		octets[0] = static_cast<char>(str.size() - 1);
-		std::memcpy(octets + 1, str.data(), str.size());
-		_writer.write(octets, static_cast<unsigned int>(str.size() + 1));
+		_writer.write(str.size() - 1, 8, str.data(), str.size());
 		return;
 	}
 	// The '0' bit and the length in one field, then the octets.

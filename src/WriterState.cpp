@@ -27,14 +27,6 @@ namespace
 }
 
 
-WriterState* WriterState::take(const DocumentVocabulary& vocabulary)
-{
-	WriterState* pState = take();
-	pState->knownNames.reset(vocabulary);
-	return pState;
-}
-
-
 WriterState* WriterState::take()
 {
 	std::unique_ptr<WriterState>* pSpare = SpareState::get();

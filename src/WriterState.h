@@ -42,14 +42,11 @@ public:
 	~WriterState() = default;
 		/// Writers take and give states rather than make them.
 
-	static WriterState* take(const DocumentVocabulary& vocabulary);
-		/// A state with an empty namespace context (the xml and xmlns
-		/// prefixes only) and no known names, whose names come from the
-		/// tables of vocabulary. Belongs to the caller until give().
-
 	static WriterState* take();
-		/// take() for a writer that resets knownNames itself, once its
-		/// vocabulary is in place.
+		/// A state with an empty namespace context (the xml and xmlns
+		/// prefixes only), whose knownNames the writer renews once its
+		/// vocabulary is in place, keeping the names that the thread's last
+		/// writer kept, to replay. Belongs to the caller until give().
 
 	static void give(WriterState* pState);
 		/// Takes the state back, keeping it for the next take() on this

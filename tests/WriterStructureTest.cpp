@@ -477,6 +477,112 @@ TEST(WriterStructureTest, WritersOnOneThreadWriteAsOnAFreshThread)
 }
 
 
+TEST(WriterStructureTest, NamesOfTheLastWriterOnTheThreadWriteAsNew)
+{
+	// A writer replays the names the thread's last writer introduced where
+	// its tables are what they were then. After any document, written twice
+	// (the second time replayed), any other is written as on a fresh thread.
+	using Write = std::function<void(FastInfosetWriter&)>;
+	struct Case
+	{
+		DocumentVocabulary::VocabularyImpl impl;
+		std::vector<std::string> names;
+			/// Elements in document order, "-" ending one; "p:" in the urn:p namespace.
+		Write prepare;
+		Write inside;
+			/// Called after startDocument().
+	};
+	const auto none = [](FastInfosetWriter&) {};
+	const auto write = [](const Case& c, FastInfosetWriter& w) {
+		c.prepare(w);
+		w.startDocument();
+		c.inside(w);
+		w.startPrefixMapping("p", "urn:p");
+		std::vector<std::string> open;
+		for (const std::string& name: c.names)
+		{
+			if (name == "-")
+			{
+				w.endElement("", "", open.back());
+				open.pop_back();
+				continue;
+			}
+			const bool prefixed = name.compare(0, 2, "p:") == 0;
+			AttributesImpl attributes;
+			attributes.addAttribute("", "id", "id", "CDATA", "1");
+			attributes.addAttribute("urn:q", "id", "q:id", "CDATA", "2");
+			w.startElement(prefixed ? "urn:p" : "", prefixed ? name.substr(2) : name, name, attributes);
+			open.push_back(name);
+		}
+		while (!open.empty())
+		{
+			w.endElement("", "", open.back());
+			open.pop_back();
+		}
+		w.endDocument();
+	};
+	const std::vector<std::string> BASE = {"p:env", "head", "-", "body", "p:item", "id", "-", "-", "p:item", "-", "-", "p:tail"};
+	const auto with = [&](std::size_t at, std::size_t drop, std::vector<std::string> names) {
+		std::vector<std::string> result = BASE;
+		result.erase(result.begin() + at, result.begin() + at + drop);
+		result.insert(result.begin() + at, names.begin(), names.end());
+		return result;
+	};
+	const Case cases[] = {
+		{DocumentVocabulary::VOC_HASH, BASE, none, none},
+		{DocumentVocabulary::VOC_MAP, BASE, none, none},
+		{DocumentVocabulary::VOC_HASH, with(3, 1, {"Body"}), none, none},
+		{DocumentVocabulary::VOC_HASH, with(0, 0, {"pre", "-"}), none, none},
+		{DocumentVocabulary::VOC_HASH, with(4, 0, {"p:id", "-", std::string(70, 'n'), "-", std::string(200, 'm'), "-"}), none, none},
+		{DocumentVocabulary::VOC_HASH, {"body", "head", "-", "p:env", "p:item", "-", "p:tail"}, none, none},
+		{DocumentVocabulary::VOC_HASH, BASE, none, [](FastInfosetWriter& w) {
+			w.startPrefixMapping("q", "urn:q");
+			w.emptyElement("", "q", "q");
+		}},
+		{DocumentVocabulary::VOC_HASH, BASE, [](FastInfosetWriter& w) {
+			w.setMaxIndexedStringLength(-1);
+			w.setShortestLiterals(true);
+		}, none},
+		{DocumentVocabulary::VOC_MAP, BASE, none, [](FastInfosetWriter& w) {
+			bool existed;
+			w.getDocumentVocabulary().index(DocumentVocabulary::LOCAL_NAME, "body", existed);
+		}},
+		{DocumentVocabulary::VOC_HASH, BASE, none, [](FastInfosetWriter& w) {
+			// The prefix table fills up, and throws, within the document.
+			for (int i = 0; i < 260; ++i) w.emptyElement("urn:x" + std::to_string(i), "id", "x" + std::to_string(i) + ":id");
+		}},
+		{DocumentVocabulary::VOC_HASH, {"p:env", "head", ""}, none, none},
+	};
+	const auto run = [&](const Case& c) {
+		std::ostringstream out;
+		FastInfosetWriter writer(out, false, c.impl);
+		try
+		{
+			write(c, writer);
+		}
+		catch (const Korvo::Exception& exc)
+		{
+			return hex(out.str()) + " " + exc.displayText();
+		}
+		return hex(out.str());
+	};
+	std::vector<std::string> fresh;
+	for (const Case& c: cases) std::thread([&] { fresh.push_back(run(c)); }).join();
+	EXPECT_NE(std::string::npos, fresh[9].find("Vocabulary hash table full"));
+	EXPECT_NE(std::string::npos, fresh.back().find("Tag mismatch"));
+	for (std::size_t i = 0; i < fresh.size(); ++i)
+	{
+		for (std::size_t j = 0; j < fresh.size(); ++j)
+		{
+			SCOPED_TRACE(std::to_string(i) + " then " + std::to_string(j));
+			EXPECT_EQ(fresh[i], run(cases[i]));
+			EXPECT_EQ(fresh[i], run(cases[i]));
+			EXPECT_EQ(fresh[j], run(cases[j]));
+		}
+	}
+}
+
+
 TEST(WriterStructureTest, DestructionWritesNothing)
 {
 	// Without endDocument the element's end stays pending: it is not padded into an octet.

@@ -164,10 +164,9 @@ protected:
 
 private:
 	Vocabulary<std::string>& table(ID id) const;
-	bool emptyTables(bool all = true);
+	bool emptyTables(bool values = true);
 		/// Empties every table in place when all are of the chosen kind;
-		/// unless all, the local-name, attribute-value and chunk tables
-		/// stay as they are (a writer's replay).
+		/// without values, the attribute-value and chunk tables stay.
 	template <class T>
 	bool isStandardTable(const Vocabulary<T>* pTable, unsigned int size) const;
 	template <class T>

@@ -47,6 +47,7 @@ namespace FastInfoset {
 
 class StringPacker;
 class WriterState;
+struct QualifiedNameCacheEntry;
 
 
 class FastInfoset_API FastInfosetWriter: public FISContentHandler, public Korvo::XML::LexicalHandler, public Korvo::XML::DTDHandler, public FISDocumentHandler
@@ -407,11 +408,12 @@ private:
 	};
 
 	void lookUpName(std::string_view prefix, const Korvo::XML::XMLString& ns, const Korvo::XML::XMLString& localName, bool inElement, NameLookup& lookup) const;
-	unsigned int writeName(std::string_view prefix, const Korvo::XML::XMLString& ns, const Korvo::XML::XMLString& localName, bool inElement, std::size_t binding, const NameLookup* pLookup = nullptr);
+	unsigned int writeName(std::string_view prefix, const Korvo::XML::XMLString& ns, const Korvo::XML::XMLString& localName, bool inElement, std::size_t binding, const NameLookup* pLookup = nullptr, unsigned int pending = 0, int pendingBits = 0);
 		/// writeQualifiedNameOrIndex() at a checked position. binding is the
 		/// position of the declaration of prefix and ns in the namespace
 		/// context, or NamespaceContext::NOT_FOUND. pLookup is the name's
-		/// lookUpName(), when the caller made it.
+		/// lookUpName(), when the caller made it. The pendingBits (0 to 9)
+		/// low bits of pending come first.
 	unsigned int writeNewQualifiedName(std::string_view prefix, const Korvo::XML::XMLString& ns, const Korvo::XML::XMLString& localName, Korvo::UInt32 localNameHash, bool inElement, std::size_t binding, QualifiedNameEntry& qne, unsigned int lead, int leadBits);
 		/// writeQualifiedName() for a name its table is known not to hold;
 		/// qne is the table's entry for the name when it is indexed.
@@ -425,6 +427,25 @@ private:
 		int           bits;
 	};
 
+	bool namesKept() const;
+		/// Whether the names' cache may replay and keep names: the
+		/// tables are fresh and find values.
+	const IndexedVocabulary<std::string>* const* stringTables() const;
+		/// The prefix, namespace-name and local-name tables.
+	void keepNames();
+		/// Hands the names written on to the thread's next writer, or not.
+	bool tableSizes(unsigned int sizes[5]) const;
+		/// The sizes of the name parts' and the names' tables, in that
+		/// order, where the writer has them at hand.
+	unsigned int replayName(QualifiedNameCacheEntry& entry, std::string_view prefix, const Korvo::XML::XMLString& ns, const Korvo::XML::XMLString& localName, bool inElement, std::size_t binding, unsigned int lead, int leadBits, const unsigned int sizes[5]);
+		/// Writes the name of entry, which the thread's last writer
+		/// introduced in tables of the sizes it finds now, as it was
+		/// written then; its index.
+	void replayPart(NameField& field, int table, const std::string& value, unsigned int idx, const unsigned int sizes[5], unsigned int added[3]);
+	unsigned int indexNamePart(int table, std::string_view str, bool& exists);
+		/// indexString() for a prefix (table 0) or namespace name (1).
+	void writeIdentifyingLiteral(std::string_view str);
+		/// writeIdentifyingString() for any text.
 	void flush(NameField& field);
 	void appendIndex(NameField& field, unsigned int idx);
 	void appendLiteral(NameField& field, std::string_view str);
@@ -501,7 +522,7 @@ private:
 
 	static constexpr std::size_t MAX_INDENT = 32;
 
-	static constexpr DocumentVocabulary::ID REPLAYED_TABLES[] = {DocumentVocabulary::LOCAL_NAME, DocumentVocabulary::ATTRIBUTE_VALUE, DocumentVocabulary::CHARACTER_CONTENT_CHUNK};
+	static constexpr DocumentVocabulary::ID REPLAYED_TABLES[] = {DocumentVocabulary::ATTRIBUTE_VALUE, DocumentVocabulary::CHARACTER_CONTENT_CHUNK};
 		/// The tables a writer leaves to the next one with their values.
 		/// The longest indentation text remembered in _indentIndices.
 

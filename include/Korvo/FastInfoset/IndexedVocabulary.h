@@ -100,6 +100,16 @@ public:
 		this->_index.push_back(value);
 	}
 
+	template <class K>
+	void appendAbsent(const K& value)
+		/// Appends value, known to be absent, without a look-up, stored as
+		/// add() stores it; the index takes it in when next asked.
+	{
+		if (this->_index.size() >= _capacity) full();
+		store(this->_index.spare(), value);
+		this->_index.appendSpare();
+	}
+
 	bool appendSpares(unsigned int n)
 		/// Makes the next n spare values part of the table as they are, as n
 		/// calls of append(spare()) would, where all of them exist (a table
