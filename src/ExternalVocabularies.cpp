@@ -38,7 +38,8 @@ namespace
 ExternalVocabularies::ExternalVocabularies():
 	_pInstalled(nullptr),
 	_pHolder(nullptr),
-	_installedNow(false)
+	_installedNow(false),
+	_rewoundNow(false)
 {
 }
 
@@ -57,13 +58,15 @@ void ExternalVocabularies::add(const std::string& uri, const DocumentVocabulary&
 		if (entry.uri == uri)
 		{
 			if (_pInstalled == &entry) _pInstalled = nullptr;
+			entry.namesWithin = hasNamesWithin(*pCopy);
 			entry.pVocabulary = std::move(pCopy);
 			return;
 		}
 	}
 	// A new entry may move the others.
 	_pInstalled = nullptr;
-	_entries.push_back(Entry{uri, std::move(pCopy)});
+	const bool namesWithin = hasNamesWithin(*pCopy);
+	_entries.push_back(Entry{uri, std::move(pCopy), namesWithin});
 }
 
 
@@ -86,7 +89,8 @@ bool ExternalVocabularies::install(const std::string& uri, DocumentVocabulary& v
 	}
 	if (!pEntry) return false;
 
-	if (holds(*pEntry, voc))
+	_rewoundNow = holds(*pEntry, voc);
+	if (_rewoundNow)
 		rewind(*pEntry, voc);
 	else
 		copy(*pEntry, voc);
@@ -98,6 +102,42 @@ bool ExternalVocabularies::install(const std::string& uri, DocumentVocabulary& v
 void ExternalVocabularies::beginDocument()
 {
 	_installedNow = false;
+	_rewoundNow = false;
+}
+
+
+bool ExternalVocabularies::sameNames(unsigned int& elementNames, unsigned int& attributeNames) const
+{
+	if (!_rewoundNow || !_pInstalled || !_pInstalled->namesWithin) return false;
+	const std::size_t count = _marks.size();
+	elementNames = _marks[count - 2];
+	attributeNames = _marks[count - 1];
+	return true;
+}
+
+
+bool ExternalVocabularies::hasNamesWithin(const DocumentVocabulary& vocabulary)
+{
+	// Absent parts are all ones; any other index must fall in the
+	// vocabulary's own tables, else it names what a document adds.
+	const unsigned int absent = 0xFFFFFFFF;
+	auto within = [&](DocumentVocabulary::ID id, unsigned int index)
+	{
+		const Vocabulary<std::string>* pTable = vocabulary.vocabulary(id);
+		return index == absent || (pTable && index < pTable->size());
+	};
+	for (const Vocabulary<QualifiedNameEntry>* pNames: {vocabulary.elementVocabulary(), vocabulary.attributeVocabulary()})
+	{
+		if (!pNames) return false;
+		for (unsigned int i = 0; i < pNames->size(); ++i)
+		{
+			const QualifiedNameEntry* pName = pNames->lookup(i);
+			if (!pName) continue;
+			if (!within(DocumentVocabulary::PREFIX, pName->prefixId()) || !within(DocumentVocabulary::NAMESPACE_NAME, pName->namespaceId())
+				|| !within(DocumentVocabulary::LOCAL_NAME, pName->localNameId())) return false;
+		}
+	}
+	return true;
 }
 
 

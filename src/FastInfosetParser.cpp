@@ -346,6 +346,8 @@ void FastInfosetParser::setDocumentHandler(FISDocumentHandler* pDocumentHandler)
 Vocabulary<QualifiedNameEntry>& FastInfosetParser::getQNameVocabulary(bool inElement)
 {
 	growPending();
+	// Whoever holds the table may change it: the next document resolves its names afresh.
+	_namesKeepable = false;
 	return inElement ? *_vocabulary.elementVocabulary() : *_vocabulary.attributeVocabulary();
 }
 
@@ -525,8 +527,6 @@ void FastInfosetParser::parseMemoryNP(const char* xml, std::size_t size)
 void FastInfosetParser::parseDocument(BitStreamReader& aReader)
 {
 	_openElements.clear();
-	_elementNames.clear();
-	_attributeNames.clear();
 	_unindexedStrings.clear();
 	// The last document's records hold only if its tables ended as they
 	// stand now: nothing was added to them since.
@@ -563,9 +563,12 @@ void FastInfosetParser::parseDocument(BitStreamReader& aReader)
 	{
 		_externalVocabularies.endHeader();
 		findTables();
+		_elementNames.clear();
+		_attributeNames.clear();
 		throw;
 	}
 	_externalVocabularies.endHeader();
+	keepSameNames();
 	forgetTables();
 	beginRepeats(hasInitialVocabulary);
 	// The tables have been rebuilt: no list may trust the strings it copied
@@ -586,6 +589,25 @@ void FastInfosetParser::parseDocument(BitStreamReader& aReader)
 		throw;
 	}
 	endRepeats();
+}
+
+
+void FastInfosetParser::keepSameNames()
+{
+	// Names resolved by index point at table entries. Where the document
+	// starts from the external vocabulary the last one read, below its
+	// sizes those are the very entries, so the names stay resolved.
+	unsigned elementNames = 0;
+	unsigned attributeNames = 0;
+	if (!_namesKeepable || _namesPrefixed != _namespacePrefixes || !_externalVocabularies.sameNames(elementNames, attributeNames))
+	{
+		elementNames = 0;
+		attributeNames = 0;
+	}
+	if (_elementNames.size() > elementNames) _elementNames.resize(elementNames);
+	if (_attributeNames.size() > attributeNames) _attributeNames.resize(attributeNames);
+	_namesKeepable = true;
+	_namesPrefixed = _namespacePrefixes;
 }
 
 

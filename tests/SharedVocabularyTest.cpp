@@ -127,6 +127,49 @@ TEST(SharedVocabularyTest, ParserStartsEveryMessageFromTheGivenVocabulary)
 }
 
 
+TEST(SharedVocabularyTest, ReusedParserResolvesNamesAsAFreshOne)
+{
+	// Names of the vocabulary stay resolved from one message to the next
+	// only while the tables hold them as they were: the same vocabulary,
+	// read into the same tables, with the same features.
+	const DV voc = sharedVocabulary(DV::VOC_MAP);
+	DV swapped(DV::VOC_MAP);
+	bool existed;
+	swapped.vocabulary(DV::LOCAL_NAME)->index("b", existed);
+	swapped.vocabulary(DV::LOCAL_NAME)->index("a", existed);
+	swapped.elementVocabulary()->index(QualifiedNameEntry(0, 0, 1), existed);
+	swapped.vocabulary(DV::CHARACTER_CONTENT_CHUNK)->index("v", existed);
+	const std::string withB = message("b", &voc);
+	const std::string withC = message("c", &voc);
+	const std::string plain = message("a", nullptr);
+	enum Change { NONE, SWAP, PREFIXES };
+	const struct { Change change; const std::string* pDocument; } steps[] = {
+		{NONE, &withB}, {NONE, &withC}, {NONE, &withB}, {SWAP, &withB}, {NONE, &withC},
+		{NONE, &plain}, {NONE, &withB}, {PREFIXES, &withB}, {NONE, &withC}, {SWAP, &withC}};
+	for (DV::VocabularyImpl impl: {DV::VOC_MAP, DV::VOC_VECTOR, DV::VOC_HASH})
+	{
+		FastInfosetParser reused(impl);
+		const DV* pGiven = &voc;
+		bool prefixes = false;
+		reused.addExternalVocabulary(URI, DV(*pGiven, impl));
+		for (std::size_t i = 0; i < sizeof(steps)/sizeof(steps[0]); ++i)
+		{
+			if (steps[i].change == SWAP)
+			{
+				pGiven = pGiven == &voc ? &swapped : &voc;
+				reused.addExternalVocabulary(URI, DV(*pGiven, impl));
+			}
+			if (steps[i].change == PREFIXES) prefixes = !prefixes;
+			reused.setFeature(Korvo::XML::XMLReader::FEATURE_NAMESPACE_PREFIXES, prefixes);
+			FastInfosetParser fresh(impl);
+			fresh.addExternalVocabulary(URI, DV(*pGiven, impl));
+			fresh.setFeature(Korvo::XML::XMLReader::FEATURE_NAMESPACE_PREFIXES, prefixes);
+			EXPECT_EQ(parse(fresh, *steps[i].pDocument), parse(reused, *steps[i].pDocument)) << impl << " step " << i;
+		}
+	}
+}
+
+
 TEST(SharedVocabularyTest, VocabularyOfTheConstructorCountsAsGiven)
 {
 	const DV voc = sharedVocabulary(DV::VOC_MAP, URI);

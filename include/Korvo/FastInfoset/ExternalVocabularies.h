@@ -62,6 +62,14 @@ public:
 		/// Ends the header of a document: unless install() was asked since
 		/// beginDocument(), the tables no longer hold a given vocabulary.
 
+	bool sameNames(unsigned int& elementNames, unsigned int& attributeNames) const;
+		/// True when this document's install() found the tables still
+		/// holding the vocabulary and only dropped what the document before
+		/// added, and the vocabulary's names use none of the strings that a
+		/// document adds. The names below elementNames and attributeNames,
+		/// the sizes of its name tables, and the strings they use are then
+		/// the very entries the document before read.
+
 private:
 	ExternalVocabularies(const ExternalVocabularies&);
 	ExternalVocabularies& operator = (const ExternalVocabularies&);
@@ -70,7 +78,11 @@ private:
 	{
 		std::string uri;
 		std::unique_ptr<DocumentVocabulary> pVocabulary;
+		bool namesWithin;
+			/// Whether each of its names uses only strings of its own tables.
 	};
+
+	static bool hasNamesWithin(const DocumentVocabulary& vocabulary);
 
 	bool holds(const Entry& entry, const DocumentVocabulary& voc) const;
 	void rewind(const Entry& entry, DocumentVocabulary& voc) const;
@@ -83,6 +95,8 @@ private:
 	std::vector<unsigned int> _marks;
 		/// The sizes of the string tables, then of the element and attribute name tables.
 	bool                      _installedNow;
+	bool                      _rewoundNow;
+		/// Whether install() found the tables holding the vocabulary.
 };
 
 

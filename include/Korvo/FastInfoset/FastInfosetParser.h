@@ -290,6 +290,9 @@ private:
 	const ResolvedQualName& resolveName(unsigned index, bool isElement);
 		/// resolvedName for an index not resolved before.
 	void rememberName(unsigned index, bool isElement, const ResolvedQualName& qualName);
+	void keepSameNames();
+		/// Keeps the names resolved by index that the document's tables
+		/// still hold as the last document read them, and forgets the rest.
 	const Korvo::XML::XMLString& qualifiedName(const ResolvedQualName& qualName);
 	Korvo::AutoPtr<Encoding> decodeAlgorithm(BitStreamReader& aReader, unsigned index);
 	void deliver(const Encoding& value);
@@ -535,6 +538,10 @@ private:
 		/// Element-name table entries resolved so far, by index.
 	std::vector<ResolvedQualName> _attributeNames;
 		/// Attribute-name table entries resolved so far, by index.
+	bool                         _namesKeepable = false;
+		/// False once the name tables were handed out (getQNameVocabulary()).
+	bool                         _namesPrefixed = false;
+		/// The namespace-prefixes feature the names were resolved with.
 	std::unique_ptr<std::deque<std::string>> _pQualifiedNames;
 		/// The prefixed qualified names of _elementNames, by index. Only
 		/// grows, so that a string keeps its place and its storage from
