@@ -617,16 +617,10 @@ void DocumentVocabulary::copy(const DocumentVocabulary& voc)
 void DocumentVocabulary::swap(DocumentVocabulary& other)
 {
 	// The decoding algorithms stay: assignment does not copy them.
-	std::swap(_impl, other._impl);
-	_vocabularies.swap(other._vocabularies);
+	swapTables(other);
 	std::swap(_restrictedAlphabets, other._restrictedAlphabets);
 	std::swap(_encodings, other._encodings);
-	std::swap(_pElementVocabulary, other._pElementVocabulary);
-	std::swap(_pAttributeVocabulary, other._pAttributeVocabulary);
 	_uri.swap(other._uri);
-	std::swap(_standardTables, other._standardTables);
-	std::swap(_tablesSerial, other._tablesSerial);
-	std::swap(_tablesFrom, other._tablesFrom);
 }
 
 
